@@ -1,0 +1,1 @@
+# Installation: headers, library, CMake package, pkg-config file, licence.
