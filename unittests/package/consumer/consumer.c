@@ -71,7 +71,8 @@ int main(void) {
     ST_DescStats out = {SafeArrayCreateVector(VT_BSTR, 1, kColumns), table(VT_R8, kColumns, 7)};
     Cpp_GetDescriptive_ST(&data, NUMCORE_FALSE, &out, NULL);
 
-    /* A row per variable, column by column: observations, missing, present, minimum, maximum, mean, deviation. */
+    /* A row per variable, column by column: observations, missing, present, minimum, maximum, mean, deviation.
+     */
     const double expected[7][kColumns] = {
         {5, 5}, {0, 1}, {5, 4}, {1, 2}, {5, 8}, {3, 5}, {1.5811388300841898, 2.5819888974716112}};
     const double* got = out.table->pvData;
