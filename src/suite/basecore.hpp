@@ -5,13 +5,11 @@
 #include <string>
 #include <string_view>
 
-#include "numcore/api.h"
-
 namespace numcore::basecore {
 
 /// True for the 16-bit boolean -1 only; 1 and every other value are false.
 constexpr bool isTrue(std::int16_t flag) {
-    return flag == NUMCORE_TRUE;
+    return flag == -1;
 }
 
 /// The constant pi.
