@@ -190,7 +190,8 @@ void V_MeanVarSkewPKurtP(std::span<const double> data, std::span<const double> w
 
 /// Average ranks from 1, with ties.
 ///
-/// @param values   one value an observation; a missing one gets a missing rank and takes no part
+/// @param values   one value an observation; one that is missing or has no weight gets a missing rank and no
+/// part
 /// @param weights  frequency weights: an observation counts as that many tied rows; empty = unit weights. A
 /// group of
 ///                 equal values with total weight t after a running weight c gets rank c + (t + 1) / 2
