@@ -35,8 +35,8 @@
 #define NUMCORE_OVERFLOW (1.79769313486231e308)
 
 /** 16-bit automation booleans: only NUMCORE_TRUE is true, every other value (1 included) is false. */
-#define NUMCORE_TRUE ((int16_t)-1)
-#define NUMCORE_FALSE ((int16_t)0)
+#define NUMCORE_TRUE (-1)
+#define NUMCORE_FALSE 0
 
 #define NUMCORE_VERSION "0.1.0"
 

@@ -24,15 +24,18 @@ inline constexpr double kMissing = NUMCORE_MISSING;
 inline constexpr double kOverflow = NUMCORE_OVERFLOW;
 
 /// A 16-bit automation boolean: only -1 is true.
-constexpr bool isTrue(std::int16_t flag) noexcept { return static_cast<std::uint16_t>(flag) > 65534; }
+constexpr bool isTrue(std::int16_t flag) noexcept {
+    return static_cast<std::uint16_t>(flag) > 65534;
+}
 
 /// A 16-bit string whose only member is a BSTR, so that an array of BSTR is an array of these: reading and
 /// assigning work in place in a caller's array, without a copy of the array.
 class NUMCORE_API u16string {
-   public:
+  public:
     u16string() noexcept = default;
     u16string(std::u16string_view text);  // NOLINT(google-explicit-constructor): texts are meant to convert
-    u16string(const char16_t* text) : u16string(text == nullptr ? std::u16string_view() : std::u16string_view(text)) {}
+    u16string(const char16_t* text)
+        : u16string(text == nullptr ? std::u16string_view() : std::u16string_view(text)) {}
     u16string(const std::u16string& text) : u16string(std::u16string_view(text)) {}
     u16string(const u16string& other) : u16string(other.view()) {}
     u16string(u16string&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
@@ -58,9 +61,10 @@ class NUMCORE_API u16string {
 
     friend bool operator==(const u16string& a, const u16string& b) noexcept { return a.view() == b.view(); }
     friend bool operator==(const u16string& a, std::u16string_view b) noexcept { return a.view() == b; }
+    friend bool operator==(const u16string& a, const std::u16string& b) noexcept { return a.view() == b; }
     friend bool operator==(const u16string& a, const char16_t* b) noexcept { return a.view() == b; }
 
-   private:
+  private:
     void release() noexcept;
 
     char16_t* text_ = nullptr;
@@ -69,7 +73,7 @@ static_assert(sizeof(u16string) == sizeof(BSTR) && std::is_standard_layout_v<u16
 
 /// A cell of any kind: a VARIANT with value semantics, so that an array of VARIANT is an array of these.
 class NUMCORE_API CellVal {
-   public:
+  public:
     CellVal() noexcept;
     explicit CellVal(double number) noexcept;
     explicit CellVal(std::u16string_view text);
@@ -86,7 +90,7 @@ class NUMCORE_API CellVal {
     /// The text; empty when the cell does not hold one.
     std::u16string_view text() const noexcept;
 
-   private:
+  private:
     VARIANT value_;
 };
 static_assert(sizeof(CellVal) == 24 && sizeof(CellVal) == sizeof(VARIANT));
@@ -104,6 +108,11 @@ T spareElement() {
     }
 }
 
+/// A 1-based index as a 0-based one; the smallest integer wraps to the largest, which no table has.
+constexpr std::int32_t fromOne(std::int32_t i) noexcept {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(i) - 1U);
+}
+
 /// Number of elements of a rows x columns table; throws when a 32-bit size cannot hold it.
 inline std::int32_t checkedSize(std::int32_t rows, std::int32_t columns) {
     const std::int64_t size = std::int64_t{rows} * columns;
@@ -119,11 +128,11 @@ inline std::int32_t checkedSize(std::int32_t rows, std::int32_t columns) {
 /// Instantiated for double, std::int32_t, std::int16_t, bool, u16string and CellVal.
 template <class T>
 class NUMCORE_API matrix final {
-   public:
+  public:
     matrix() noexcept(!std::is_same_v<T, CellVal>) = default;
 
-    /// Over a caller's array, in place. Fewer than 2 dimensions give a column; 2 dimensions rows x columns. Null,
-    /// without data, of more dimensions, of another element size or too large for 32 bits: empty.
+    /// Over a caller's array, in place. Fewer than 2 dimensions give a column; 2 dimensions rows x columns.
+    /// Null, without data, of more dimensions, of another element size or too large for 32 bits: empty.
     explicit matrix(SAFEARRAY* array);
 
     /// Own storage, every element init. A count below 1 gives an empty matrix.
@@ -132,10 +141,10 @@ class NUMCORE_API matrix final {
     /// Adopt: works on data in place and never frees it. Otherwise own storage with a copy of data.
     matrix(std::int32_t rows, std::int32_t columns, T* data, bool adopt);
 
-    /// Own storage with string p copied from texts[p]; a null entry or one of byte length 0 is empty. Entries are
-    /// BSTRs; null texts give empty strings.
-    matrix(std::int32_t rows, std::int32_t columns, char16_t* const* texts)
-        requires std::is_same_v<T, u16string>;
+    /// Own storage with string p copied from texts[p]; a null entry or one of byte length 0 is empty. Entries
+    /// are BSTRs; null texts give empty strings.
+    matrix(std::int32_t rows, std::int32_t columns,
+           char16_t* const* texts) requires std::is_same_v<T, u16string>;
 
     matrix(const matrix&) = delete;
     matrix& operator=(const matrix&) = delete;
@@ -144,13 +153,15 @@ class NUMCORE_API matrix final {
     ~matrix() { release(); }
 
     /// Linear access, from 1.
-    virtual const T& operator()(std::int32_t i) const { return (*this)[i - 1]; }
-    virtual T& operator()(std::int32_t i) { return (*this)[i - 1]; }
+    virtual const T& operator()(std::int32_t i) const { return (*this)[detail::fromOne(i)]; }
+    virtual T& operator()(std::int32_t i) { return (*this)[detail::fromOne(i)]; }
 
     /// Row and column, from 1. Kept: only the upper bounds are tested, so row 0 is the last cell of the column
     /// before; a position that would leave the storage is the spare element.
-    virtual const T& operator()(std::int32_t i, std::int32_t j) const { return at(i - 1, j - 1); }
-    virtual T& operator()(std::int32_t i, std::int32_t j) { return at(i - 1, j - 1); }
+    virtual const T& operator()(std::int32_t i, std::int32_t j) const {
+        return at(detail::fromOne(i), detail::fromOne(j));
+    }
+    virtual T& operator()(std::int32_t i, std::int32_t j) { return at(detail::fromOne(i), detail::fromOne(j)); }
 
     /// Linear access, from 0.
     const T& operator[](std::int32_t i) const { return inRange(i) ? data_[i] : spare_; }
@@ -175,7 +186,7 @@ class NUMCORE_API matrix final {
     /// The wrapped descriptor, or null.
     SAFEARRAY* descriptor() const noexcept { return descriptor_; }
 
-   private:
+  private:
     bool inRange(std::int32_t i) const noexcept {
         return static_cast<std::uint32_t>(i) < static_cast<std::uint32_t>(size_);
     }
@@ -232,9 +243,8 @@ matrix<T>::matrix(std::int32_t rows, std::int32_t columns, T* data, bool adopt) 
 }
 
 template <class T>
-matrix<T>::matrix(std::int32_t rows, std::int32_t columns, char16_t* const* texts)
-    requires std::is_same_v<T, u16string>
-{
+matrix<T>::matrix(std::int32_t rows, std::int32_t columns,
+                  char16_t* const* texts) requires std::is_same_v<T, u16string> {
     if (rows < 1 || columns < 1) return;
     const std::int32_t size = detail::checkedSize(rows, columns);
     auto cells = std::make_unique<u16string[]>(static_cast<std::size_t>(size));
@@ -320,7 +330,7 @@ struct cST_Column {
 /// A set of columns, built from its boundary record or with storage of its own.
 template <class T>
 class NUMCORE_API cST_MVect {
-   public:
+  public:
     using Record = typename detail::ColumnSetKind<T>::Record;
 
     /// Without columns.
@@ -367,7 +377,7 @@ class NUMCORE_API cST_MVect {
     matrix<u16string> labels;
     std::int32_t zero2 = 0;
 
-   private:
+  private:
     void collectData();
     static T& spareCell();
 };
@@ -375,7 +385,7 @@ class NUMCORE_API cST_MVect {
 /// A growable vector with a 32-bit count; row lists.
 template <class T>
 class cST_Vect {
-   public:
+  public:
     cST_Vect() = default;
     cST_Vect(std::initializer_list<T> items) : items_(items) {}
     explicit cST_Vect(std::span<const T> items) : items_(items.begin(), items.end()) {}
@@ -386,14 +396,14 @@ class cST_Vect {
     const T& operator[](std::int32_t i) const { return items_[static_cast<std::size_t>(i)]; }
     std::span<const T> span() const noexcept { return items_; }
 
-   private:
+  private:
     std::vector<T> items_;
 };
 
 /// What all three-dimensional tables share: a count of slices and the slices, each on the heap and owned.
 template <class T>
 class NUMCORE_API matrix3DBase {
-   public:
+  public:
     using Element = std::conditional_t<std::is_same_v<T, cST_MVect<std::int32_t>>, std::int32_t, double>;
 
     matrix3DBase() noexcept = default;
@@ -419,7 +429,7 @@ class NUMCORE_API matrix3DBase {
     /// Puts an owned slice at k, from 0; outside the table the slice is dropped.
     void setSlice(std::int32_t k, std::unique_ptr<T> slice) noexcept;
 
-   protected:
+  protected:
     explicit matrix3DBase(std::int32_t n);
 
     std::int32_t count_ = 0;
@@ -429,35 +439,30 @@ class NUMCORE_API matrix3DBase {
 /// A count of slices; instantiated for matrix<double>, cST_MVect<double> and cST_MVect<std::int32_t>.
 template <class T>
 class NUMCORE_API matrix3D : public matrix3DBase<T> {
-   public:
+  public:
     using Element = typename matrix3DBase<T>::Element;
 
     matrix3D() noexcept = default;
     /// n slices, all null; n below 1 gives an empty container.
     explicit matrix3D(std::int32_t n) : matrix3DBase<T>(n) {}
     /// slices slices of rows x columns, every element init.
-    matrix3D(std::int32_t slices, std::int32_t rows, std::int32_t columns, double init)
-        requires(!std::is_same_v<T, cST_MVect<std::int32_t>>);
-    /// From a three-dimensional array (slices, rows, columns), copied. Null, without data or of another shape or
-    /// element size: empty.
-    explicit matrix3D(SAFEARRAY* array)
-        requires std::is_same_v<T, matrix<double>>;
+    matrix3D(std::int32_t slices, std::int32_t rows, std::int32_t columns,
+             double init) requires(!std::is_same_v<T, cST_MVect<std::int32_t>>);
+    /// From a three-dimensional array (slices, rows, columns), copied. Null, without data or of another shape
+    /// or element size: empty.
+    explicit matrix3D(SAFEARRAY* array) requires std::is_same_v<T, matrix<double>>;
     /// The same; of each slice only the first nRows rows are taken (all when nRows is below 1).
-    matrix3D(SAFEARRAY* array, std::int32_t nRows)
-        requires(!std::is_same_v<T, matrix<double>>);
+    matrix3D(SAFEARRAY* array, std::int32_t nRows) requires(!std::is_same_v<T, matrix<double>>);
     /// Slice k over the two-dimensional array arrays[k], in place.
-    matrix3D(std::int32_t n, SAFEARRAY** arrays)
-        requires std::is_same_v<T, matrix<double>>;
+    matrix3D(std::int32_t n, SAFEARRAY** arrays) requires std::is_same_v<T, matrix<double>>;
     matrix3D(matrix3D&&) noexcept = default;
     matrix3D& operator=(matrix3D&&) noexcept = default;
 
     /// Slice, row and column, from 1. Outside the slices: a spare element.
     Element& operator()(std::int32_t k, std::int32_t i, std::int32_t j);
     /// Slice k, from 1, which must exist.
-    T& operator()(std::int32_t k)
-        requires(!std::is_same_v<T, matrix<double>>)
-    {
-        return *this->slice(k - 1);
+    T& operator()(std::int32_t k) requires(!std::is_same_v<T, matrix<double>>) {
+        return *this->slice(detail::fromOne(k));
     }
 };
 

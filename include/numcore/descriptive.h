@@ -25,9 +25,9 @@ enum NumcoreQuantileMethod {
 
 /* Options of `Cpp_QuantileOpt` and `Cpp_GetQuantileTable`. */
 typedef struct ST_QuantileOptions {
-    int32_t method;    /* 0 to 5 */
-    int16_t weighted;  /* flag: use the weights (then method is not looked at) */
-    int16_t interval;  /* flag: confidence limits too */
+    int32_t method;      /* 0 to 5 */
+    int16_t weighted;    /* flag: use the weights (then method is not looked at) */
+    int16_t interval;    /* flag: confidence limits too */
     int16_t largeSample; /* flag: limits by the normal approximation instead of the exact binomial law */
     int16_t reserved[3];
     double level; /* confidence level in (0, 1), such as 0.95 */
@@ -36,12 +36,12 @@ NUMCORE_LAYOUT(sizeof(ST_QuantileOptions) == 24);
 
 /* Statistics of one variable, in the order in which `Cpp_UNI_Compute_Stats` writes them. */
 enum NumcoreUnivariate {
-    NUMCORE_UNI_COUNT = 0,       /* observations */
+    NUMCORE_UNI_COUNT = 0, /* observations */
     NUMCORE_UNI_MISSING = 1,
-    NUMCORE_UNI_WEIGHT = 2,      /* sum of weights of the values used */
+    NUMCORE_UNI_WEIGHT = 2, /* sum of weights of the values used */
     NUMCORE_UNI_MINIMUM = 3,
     NUMCORE_UNI_MAXIMUM = 4,
-    NUMCORE_UNI_AT_MINIMUM = 5,  /* weight at the minimum */
+    NUMCORE_UNI_AT_MINIMUM = 5, /* weight at the minimum */
     NUMCORE_UNI_AT_MAXIMUM = 6,
     NUMCORE_UNI_RANGE = 7,
     NUMCORE_UNI_FIRST_QUARTILE = 8,
@@ -53,12 +53,12 @@ enum NumcoreUnivariate {
     NUMCORE_UNI_VARIANCE = 14,   /* divisor: sum of weights - 1 */
     NUMCORE_UNI_DEVIATION_N = 15,
     NUMCORE_UNI_DEVIATION = 16,
-    NUMCORE_UNI_VARIATION = 17,  /* standard deviation (divisor n) over mean */
-    NUMCORE_UNI_SKEWNESS_N = 18, /* g1, population form */
-    NUMCORE_UNI_SKEWNESS = 19,   /* G1, corrected for the sample size */
+    NUMCORE_UNI_VARIATION = 17,       /* standard deviation (divisor n) over mean */
+    NUMCORE_UNI_SKEWNESS_N = 18,      /* g1, population form */
+    NUMCORE_UNI_SKEWNESS = 19,        /* G1, corrected for the sample size */
     NUMCORE_UNI_SKEWNESS_BOWLEY = 20, /* of the quartiles */
-    NUMCORE_UNI_KURTOSIS_N = 21, /* g2, excess, population form */
-    NUMCORE_UNI_KURTOSIS = 22,   /* G2, excess, corrected for the sample size */
+    NUMCORE_UNI_KURTOSIS_N = 21,      /* g2, excess, population form */
+    NUMCORE_UNI_KURTOSIS = 22,        /* G2, excess, corrected for the sample size */
     NUMCORE_UNI_SE_MEAN = 23,
     NUMCORE_UNI_SE_SKEWNESS = 24,
     NUMCORE_UNI_SE_KURTOSIS = 25,
@@ -140,7 +140,8 @@ NUMCORE_API double Cpp_QuantileOpt(double* x, int32_t n, double* w, const ST_Qua
  *  @param labels  BSTR or null: receives the column names
  *  @return 0; -1 for a null record, null p or nP < 1 */
 NUMCORE_API int32_t Cpp_GetQuantileTable(ST_DataSet* data, const double* p, int32_t nP,
-                                         const ST_QuantileOptions* options, SAFEARRAY* table, SAFEARRAY* labels);
+                                         const ST_QuantileOptions* options, SAFEARRAY* table,
+                                         SAFEARRAY* labels);
 
 /** Skewness of the first n cells of x with weights w (null: 1 each).
  *
@@ -155,8 +156,9 @@ NUMCORE_API double Cpp_Skewness(double* x, int32_t n, double* w, int32_t kind);
  *  @param method quantile method of the quartiles
  *  @param table  doubles, NUMCORE_UNI_N_STATISTICS rows and a column per variable
  *  @param labels BSTR or null: receives the column names
- *  @return 0; -1 for a null data set or one without numeric table 1 */
-NUMCORE_API int32_t Cpp_UNI_Compute_Stats(ST_DataSet* data, int32_t method, SAFEARRAY* table, SAFEARRAY* labels);
+ *  @return 0; -1 for a null data set */
+NUMCORE_API int32_t Cpp_UNI_Compute_Stats(ST_DataSet* data, int32_t method, SAFEARRAY* table,
+                                          SAFEARRAY* labels);
 
 /** Summary table by group, one row per variable and group.
  *

@@ -6,3 +6,4 @@
 #include "numcore/dataset.h"
 #include "numcore/descriptive.h"
 #include "numcore/records.h"
+#include "numcore/special.h"

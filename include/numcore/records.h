@@ -16,15 +16,15 @@ typedef struct ST_Column {
 } ST_Column;
 
 /* A column set. Four types of one layout, so that a compiler can tell the kinds apart. */
-#define NUMCORE_COLUMN_SET(Name)                                                                             \
-    typedef struct Name {                                                                                    \
-        int32_t nColumns;                                                                                    \
-        int32_t nRows;         /* number of rows */                                                          \
-        int32_t reserved;      /* carried along unread */                                                    \
-        int32_t nCells;        /* number of rows, again: cells in a column */                                \
-        SAFEARRAY* attributes; /* 32-bit integers: each column's own length */                               \
-        SAFEARRAY* columns;    /* ST_Column records */                                                       \
-        SAFEARRAY* labels;     /* BSTR: the name of each column */                                           \
+#define NUMCORE_COLUMN_SET(Name)                                               \
+    typedef struct Name {                                                      \
+        int32_t nColumns;                                                      \
+        int32_t nRows;         /* number of rows */                            \
+        int32_t reserved;      /* carried along unread */                      \
+        int32_t nCells;        /* number of rows, again: cells in a column */  \
+        SAFEARRAY* attributes; /* 32-bit integers: each column's own length */ \
+        SAFEARRAY* columns;    /* ST_Column records */                         \
+        SAFEARRAY* labels;     /* BSTR: the name of each column */             \
     } Name
 
 NUMCORE_COLUMN_SET(ST_MVectDbl); /* kind 1: cells are doubles */
@@ -54,33 +54,33 @@ typedef struct ST_QualiInfo {
     ST_MVectDbl frequencies; /* weight in each category */
     int32_t nMissing;        /* rows without a text, over all variables */
     int32_t reserved4;
-    SAFEARRAY* names;       /* BSTR: variable names */
-    int16_t hasWeights;     /* flag: frequencies differ from counts */
-    int16_t sorted;         /* flag: labels stand in ascending order */
-    int16_t labelsGiven;    /* flag: the caller fixed the labels and their order */
-    SAFEARRAY* missing;     /* doubles: weight of the rows without a text, per variable */
-    int32_t firstVariable;  /* column of the text table where variable 1 stands, from 0 */
-    int16_t caseSensitive;  /* carried along; labels always compare by code unit */
+    SAFEARRAY* names;   /* BSTR: variable names */
+    int16_t hasWeights; /* flag: frequencies differ from counts */
+    int16_t sorted;     /* flag: labels stand in ascending order */
     int16_t reserved5;
-    int32_t status;    /* 0, or -1 when a variable has more categories than the arrays hold */
-    int32_t nDropped;  /* categories that did not fit the caller's arrays */
+    SAFEARRAY* missing; /* doubles: weight of the rows without a text, per variable */
+    int32_t reserved6;
+    int16_t reserved7;
+    int16_t reserved8;
+    int32_t status;   /* 0, or -1 when a variable has more categories than the arrays hold */
+    int32_t nDropped; /* categories that did not fit the caller's arrays */
 } ST_QualiInfo;
 
 /* How a result table is to be shown. -1 leaves a choice to the host. Lengths count the cells in use of
  * the five arrays, which the caller may leave null. */
 typedef struct ST_TableFormats {
-    double columnWidth;    /* -1 automatic */
-    int32_t headerColour;  /* 0xBBGGRR, -1 automatic */
-    int32_t bodyColour;    /* 0xBBGGRR, -1 automatic */
-    int32_t decimals;      /* -1 as the values need */
-    char16_t textFormat[6]; /* number format of text cells: "@" */
-    uint16_t showRowLabels; /* 65535 yes */
+    double columnWidth;        /* -1 automatic */
+    int32_t headerColour;      /* 0xBBGGRR, -1 automatic */
+    int32_t bodyColour;        /* 0xBBGGRR, -1 automatic */
+    int32_t decimals;          /* -1 as the values need */
+    char16_t textFormat[6];    /* number format of text cells: "@" */
+    uint16_t showRowLabels;    /* 65535 yes */
     uint16_t showColumnLabels; /* 65535 yes */
-    uint16_t layout;        /* 1: one table below the other */
+    uint16_t layout;           /* 1: one table below the other */
     uint16_t boldHeader;
     uint16_t highlight;
-    uint16_t general;       /* flag: the number formats were set to General */
-    int32_t nBlocks;        /* number of row blocks: of variables in a qualitative summary */
+    uint16_t general; /* flag: the number formats were set to General */
+    int32_t nBlocks;  /* number of row blocks: of variables in a qualitative summary */
     int32_t nRows;
     int32_t nColumns;
     int32_t nNumberFormats;
@@ -117,13 +117,13 @@ typedef struct ST_DataSet {
     ST_MVectStr strings2;
     ST_Flag raw4Present;
     ST_MVectVar raw4;
-    int32_t nRows;         /* observations */
-    int32_t nRowsSelected; /* observations before rows were taken out; 0 when none were */
-    SAFEARRAY* rowNumbers;    /* 32-bit integers: row of the sheet of each observation */
-    SAFEARRAY* groups;        /* 32-bit integers: group of each observation, from 1; 0 none */
-    SAFEARRAY* numericTypes;  /* 32-bit integers: kind of each column of numeric table 1 */
-    SAFEARRAY* stringTypes;   /* 32-bit integers: kind of each column of text table 1 */
-    SAFEARRAY* order;         /* 32-bit integers: where each observation stood before sorting, from 1 */
+    int32_t nRows;           /* observations */
+    int32_t nRowsSelected;   /* observations before rows were taken out; 0 when none were */
+    SAFEARRAY* rowNumbers;   /* 32-bit integers: row of the sheet of each observation */
+    SAFEARRAY* groups;       /* 32-bit integers: group of each observation, from 1; 0 none */
+    SAFEARRAY* numericTypes; /* 32-bit integers: kind of each column of numeric table 1 */
+    SAFEARRAY* stringTypes;  /* 32-bit integers: kind of each column of text table 1 */
+    SAFEARRAY* order;        /* 32-bit integers: where each observation stood before sorting, from 1 */
     ST_Flag selectionPresent;
     SAFEARRAY* selection; /* 32-bit integers: observations chosen, from 1 */
     ST_Flag rowLabelsPresent;
@@ -131,7 +131,7 @@ typedef struct ST_DataSet {
     const char16_t* text5; /* name of the weights */
     int16_t weightsPresent;
     int16_t weightsKind; /* 0 frequencies */
-    SAFEARRAY* weights; /* doubles: observation weights */
+    SAFEARRAY* weights;  /* doubles: observation weights */
     int16_t weights2Present;
     int16_t weights2Kind;
     SAFEARRAY* weights2;  /* doubles: second weights */
@@ -202,11 +202,11 @@ NUMCORE_LAYOUT(offsetof(ST_QualiInfo, nMissing) == 160);
 NUMCORE_LAYOUT(offsetof(ST_QualiInfo, names) == 168);
 NUMCORE_LAYOUT(offsetof(ST_QualiInfo, hasWeights) == 176);
 NUMCORE_LAYOUT(offsetof(ST_QualiInfo, sorted) == 178);
-NUMCORE_LAYOUT(offsetof(ST_QualiInfo, labelsGiven) == 180);
+NUMCORE_LAYOUT(offsetof(ST_QualiInfo, reserved5) == 180);
 NUMCORE_LAYOUT(offsetof(ST_QualiInfo, missing) == 184);
-NUMCORE_LAYOUT(offsetof(ST_QualiInfo, firstVariable) == 192);
-NUMCORE_LAYOUT(offsetof(ST_QualiInfo, caseSensitive) == 196);
-NUMCORE_LAYOUT(offsetof(ST_QualiInfo, reserved5) == 198);
+NUMCORE_LAYOUT(offsetof(ST_QualiInfo, reserved6) == 192);
+NUMCORE_LAYOUT(offsetof(ST_QualiInfo, reserved7) == 196);
+NUMCORE_LAYOUT(offsetof(ST_QualiInfo, reserved8) == 198);
 NUMCORE_LAYOUT(offsetof(ST_QualiInfo, status) == 200);
 NUMCORE_LAYOUT(offsetof(ST_QualiInfo, nDropped) == 204);
 

@@ -17,18 +17,24 @@ constexpr std::size_t kMaxDataSize = std::numeric_limits<std::int64_t>::max();
 
 std::uint32_t elementSize(VARTYPE type) {
     switch (type) {
-        case VT_UI1: return 1;
+        case VT_UI1:
+            return 1;
         case VT_I2:
-        case VT_BOOL: return 2;
+        case VT_BOOL:
+            return 2;
         case VT_I4:
         case VT_R4:
-        case VT_ERROR: return 4;
+        case VT_ERROR:
+            return 4;
         case VT_I8:
         case VT_R8:
         case VT_DATE:
-        case VT_BSTR: return 8;
-        case VT_VARIANT: return sizeof(VARIANT);
-        default: return 0;
+        case VT_BSTR:
+            return 8;
+        case VT_VARIANT:
+            return sizeof(VARIANT);
+        default:
+            return 0;
     }
 }
 
@@ -37,7 +43,9 @@ std::uint16_t ownershipFeature(VARTYPE type) {
     return type == VT_VARIANT ? FADF_VARIANT : 0;
 }
 
-char* hiddenBlock(SAFEARRAY* array) { return reinterpret_cast<char*>(array) - kHiddenSize; }
+char* hiddenBlock(SAFEARRAY* array) {
+    return reinterpret_cast<char*>(array) - kHiddenSize;
+}
 
 /// Number of elements; false when they would not fit into an address space.
 bool elementCount(const SAFEARRAY& array, std::size_t& count) {
@@ -157,11 +165,17 @@ HRESULT SafeArrayAccessData(SAFEARRAY* array, void** data) {
     return status;
 }
 
-HRESULT SafeArrayUnaccessData(SAFEARRAY* array) { return SafeArrayUnlock(array); }
+HRESULT SafeArrayUnaccessData(SAFEARRAY* array) {
+    return SafeArrayUnlock(array);
+}
 
-uint32_t SafeArrayGetDim(SAFEARRAY* array) { return array == nullptr ? 0 : array->cDims; }
+uint32_t SafeArrayGetDim(SAFEARRAY* array) {
+    return array == nullptr ? 0 : array->cDims;
+}
 
-uint32_t SafeArrayGetElemsize(SAFEARRAY* array) { return array == nullptr ? 0 : array->cbElements; }
+uint32_t SafeArrayGetElemsize(SAFEARRAY* array) {
+    return array == nullptr ? 0 : array->cbElements;
+}
 
 HRESULT SafeArrayGetLBound(SAFEARRAY* array, uint32_t dimension, int32_t* bound) {
     const SAFEARRAYBOUND* found = findBound(array, dimension);
@@ -226,7 +240,9 @@ uint32_t SysStringByteLen(BSTR string) {
     return nBytes;
 }
 
-uint32_t SysStringLen(BSTR string) { return SysStringByteLen(string) / static_cast<uint32_t>(sizeof(OLECHAR)); }
+uint32_t SysStringLen(BSTR string) {
+    return SysStringByteLen(string) / static_cast<uint32_t>(sizeof(OLECHAR));
+}
 
 void VariantInit(VARIANT* variant) {
     if (variant != nullptr) *variant = VARIANT{};

@@ -8,12 +8,15 @@ namespace numcore {
 namespace {
 
 /// The system's string type: 16 bits wide here as there, under another name on Windows.
-BSTR asBstr(char16_t* text) noexcept { return reinterpret_cast<BSTR>(text); }
+BSTR asBstr(char16_t* text) noexcept {
+    return reinterpret_cast<BSTR>(text);
+}
 
 char16_t* allocate(std::u16string_view text) {
     if (text.empty()) return nullptr;
     if (text.size() > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
-    BSTR copy = SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.data()), static_cast<std::uint32_t>(text.size()));
+    BSTR copy = SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.data()),
+                                  static_cast<std::uint32_t>(text.size()));
     if (copy == nullptr) throw std::bad_alloc();
     return reinterpret_cast<char16_t*>(copy);
 }
@@ -35,7 +38,9 @@ void u16string::release() noexcept {
     if (text_ != nullptr) SysFreeString(asBstr(text_));
 }
 
-CellVal::CellVal() noexcept { VariantInit(&value_); }
+CellVal::CellVal() noexcept {
+    VariantInit(&value_);
+}
 
 CellVal::CellVal(double number) noexcept : CellVal() {
     value_.vt = VT_R8;
@@ -52,9 +57,13 @@ CellVal::CellVal(const CellVal& other) : CellVal() {
     if (VariantCopy(&value_, const_cast<VARIANT*>(&other.value_)) != S_OK) throw std::bad_alloc();
 }
 
-CellVal::CellVal(CellVal&& other) noexcept : CellVal() { std::swap(value_, other.value_); }
+CellVal::CellVal(CellVal&& other) noexcept : CellVal() {
+    std::swap(value_, other.value_);
+}
 
-CellVal::~CellVal() { VariantClear(&value_); }
+CellVal::~CellVal() {
+    VariantClear(&value_);
+}
 
 CellVal& CellVal::operator=(CellVal other) noexcept {
     std::swap(value_, other.value_);
@@ -63,10 +72,14 @@ CellVal& CellVal::operator=(CellVal other) noexcept {
 
 double CellVal::number() const noexcept {
     switch (value_.vt) {
-        case VT_R8: return value_.dblVal;
-        case VT_I4: return value_.lVal;
-        case VT_I2: return value_.iVal;
-        default: return kMissing;
+        case VT_R8:
+            return value_.dblVal;
+        case VT_I4:
+            return value_.lVal;
+        case VT_I2:
+            return value_.iVal;
+        default:
+            return kMissing;
     }
 }
 

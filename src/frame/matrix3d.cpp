@@ -6,7 +6,9 @@ namespace numcore {
 namespace {
 
 /// Linear element i (from 0, column by column) of a slice, or a spare element.
-double& linearElement(matrix<double>& slice, std::int32_t i) { return slice[i]; }
+double& linearElement(matrix<double>& slice, std::int32_t i) {
+    return slice[i];
+}
 
 template <class T>
 T& linearElement(cST_MVect<T>& slice, std::int32_t i) {
@@ -18,7 +20,9 @@ T& linearElement(cST_MVect<T>& slice, std::int32_t i) {
 }
 
 /// Cell (i, j), from 1, through the slice's virtual access.
-double& cellOf(matrix<double>& slice, std::int32_t i, std::int32_t j) { return slice(i, j); }
+double& cellOf(matrix<double>& slice, std::int32_t i, std::int32_t j) {
+    return slice(i, j);
+}
 
 template <class T>
 T& cellOf(cST_MVect<T>& slice, std::int32_t i, std::int32_t j) {
@@ -97,7 +101,7 @@ auto matrix3DBase<T>::getElement(std::int32_t k, std::int32_t i) const -> Elemen
 
 template <class T>
 auto matrix3DBase<T>::vbget(std::int32_t k, std::int32_t i) const -> Element {
-    return matrix3DBase::getElement(k - 1, i - 1);
+    return matrix3DBase::getElement(detail::fromOne(k), detail::fromOne(i));
 }
 
 template <class T>
@@ -107,7 +111,7 @@ void matrix3DBase<T>::setElement(std::int32_t k, std::int32_t i, Element value) 
 
 template <class T>
 void matrix3DBase<T>::vbset(std::int32_t k, std::int32_t i, Element value) {
-    matrix3DBase::setElement(k - 1, i - 1, value);
+    matrix3DBase::setElement(detail::fromOne(k), detail::fromOne(i), value);
 }
 
 template <class T>
@@ -117,36 +121,33 @@ void matrix3DBase<T>::setSlice(std::int32_t k, std::unique_ptr<T> item) noexcept
 }
 
 template <class T>
-matrix3D<T>::matrix3D(std::int32_t slices, std::int32_t rows, std::int32_t columns, double init)
-    requires(!std::is_same_v<T, cST_MVect<std::int32_t>>)
+matrix3D<T>::matrix3D(std::int32_t slices, std::int32_t rows, std::int32_t columns,
+                      double init) requires(!std::is_same_v<T, cST_MVect<std::int32_t>>)
     : matrix3DBase<T>(slices) {
     for (std::int32_t k = 0; k < slices; ++k) this->setSlice(k, std::make_unique<T>(rows, columns, init));
 }
 
 template <class T>
-matrix3D<T>::matrix3D(SAFEARRAY* array)
-    requires std::is_same_v<T, matrix<double>>
+matrix3D<T>::matrix3D(SAFEARRAY* array) requires std::is_same_v<T, matrix<double>>
     : matrix3DBase<T>(usableSlices<Element>(array)) {
     if (this->count() > 0) copySlices<T, Element>(*this, *array, 0);
 }
 
 template <class T>
-matrix3D<T>::matrix3D(SAFEARRAY* array, std::int32_t nRows)
-    requires(!std::is_same_v<T, matrix<double>>)
+matrix3D<T>::matrix3D(SAFEARRAY* array, std::int32_t nRows) requires(!std::is_same_v<T, matrix<double>>)
     : matrix3DBase<T>(usableSlices<Element>(array)) {
     if (this->count() > 0) copySlices<T, Element>(*this, *array, nRows);
 }
 
 template <class T>
-matrix3D<T>::matrix3D(std::int32_t n, SAFEARRAY** arrays)
-    requires std::is_same_v<T, matrix<double>>
+matrix3D<T>::matrix3D(std::int32_t n, SAFEARRAY** arrays) requires std::is_same_v<T, matrix<double>>
     : matrix3DBase<T>(arrays == nullptr ? 0 : n) {
     for (std::int32_t k = 0; k < this->count(); ++k) this->setSlice(k, std::make_unique<T>(arrays[k]));
 }
 
 template <class T>
 auto matrix3D<T>::operator()(std::int32_t k, std::int32_t i, std::int32_t j) -> Element& {
-    T* item = this->slice(k - 1);
+    T* item = this->slice(detail::fromOne(k));
     return item == nullptr ? spareOutside<Element>() : cellOf(*item, i, j);
 }
 

@@ -57,7 +57,9 @@ std::vector<double> Row::list(const std::string& column) const {
     return values;
 }
 
-bool Row::has(const std::string& column) const { return cells_.contains(column); }
+bool Row::has(const std::string& column) const {
+    return cells_.contains(column);
+}
 
 std::vector<Row> readTable(const std::string& file) {
     const std::string path = file.front() == '/' ? file : std::string(NUMCORE_REFERENCE_DIR "/") + file;
@@ -99,7 +101,8 @@ std::vector<std::u16string> readDataTexts(const std::string& file, const std::st
 
 bool agrees(double got, double expected, double relative, double absolute) {
     if (std::isnan(expected)) return std::isnan(got);
-    if (std::isinf(expected) || expected == NUMCORE_MISSING || expected == NUMCORE_OVERFLOW) return got == expected;
+    if (std::isinf(expected) || expected == NUMCORE_MISSING || expected == NUMCORE_OVERFLOW)
+        return got == expected;
     return std::abs(got - expected) <= std::max(relative * std::abs(expected), absolute);
 }
 

@@ -11,10 +11,11 @@ namespace numcore::testing {
 
 /// One row: cells by column name.
 class Row {
-   public:
+  public:
     Row(std::map<std::string, std::string> cells, int line) : cells_(std::move(cells)), line_(line) {}
 
-    /// The cell as a number: decimal or "MISSING", "OVERFLOW", "NAN", "INF", "-INF". Fails the test when absent.
+    /// The cell as a number: decimal or "MISSING", "OVERFLOW", "NAN", "INF", "-INF". Fails the test when
+    /// absent.
     double operator[](const std::string& column) const;
     /// The cell as text; empty when absent.
     std::string text(const std::string& column) const;
@@ -23,7 +24,7 @@ class Row {
     bool has(const std::string& column) const;
     int line() const { return line_; }
 
-   private:
+  private:
     std::map<std::string, std::string> cells_;
     int line_;
 };

@@ -1,0 +1,7 @@
+// numcore for C++ callers: the C interface, the containers and the functions over data sets.
+#pragma once
+
+#include "numcore/containers.hpp"
+#include "numcore/dataset.hpp"
+#include "numcore/descriptive.hpp"
+#include "numcore/numcore.h"

@@ -1,0 +1,210 @@
+// Every door, with each of its allocations failing in turn: the exception leaves the door, nothing leaks, and
+// the caller's arrays stay usable.
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <functional>
+#include <new>
+#include <vector>
+
+#include "numcore/numcore.h"
+
+namespace {
+
+std::atomic<long> allocationsLeft{-1};  // -1: none fails
+std::atomic<long> liveAllocations{0};
+
+void* allocateCounted(std::size_t size) {
+    if (allocationsLeft >= 0 && allocationsLeft-- == 0) {
+        allocationsLeft = -1;
+        return nullptr;
+    }
+    void* memory = std::malloc(size == 0 ? 1 : size);
+    if (memory != nullptr) ++liveAllocations;
+    return memory;
+}
+
+void releaseCounted(void* memory) {
+    if (memory == nullptr) return;
+    --liveAllocations;
+    std::free(memory);
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+    if (void* memory = allocateCounted(size)) return memory;
+    throw std::bad_alloc();
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return allocateCounted(size);
+}
+void* operator new[](std::size_t size) {
+    return operator new(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return allocateCounted(size);
+}
+void operator delete(void* memory) noexcept {
+    releaseCounted(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    releaseCounted(memory);
+}
+void operator delete[](void* memory) noexcept {
+    releaseCounted(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+    releaseCounted(memory);
+}
+
+namespace {
+
+/// Arrays of a small data set, made by hand as a foreign caller would.
+class Caller {
+  public:
+    Caller() {
+        data_.numeric1Present.value = NUMCORE_TRUE;
+        data_.numeric1 = numbers({{3.0, 1.0, NUMCORE_MISSING, 2.0}, {4.0, 4.0, 5.0, 6.0}});
+        data_.strings1Present.value = NUMCORE_TRUE;
+        data_.strings1 = texts({{u"a", u"b", u"a", nullptr}, {u"r1", u"r1", u"r2", u"r2"}});
+        data_.strings3Present = NUMCORE_TRUE;
+        data_.strings3 = texts({{u"x", u"y", nullptr, u"x"}});
+        data_.weightsPresent = NUMCORE_TRUE;
+        data_.weights = doubles({1.0, 2.0, 1.0, 0.5});
+        data_.nRows = 4;
+        out_.numeric1 = numbers({std::vector<double>(8), std::vector<double>(8), std::vector<double>(8)});
+        out_.strings1 = texts({std::vector<const char16_t*>(8), std::vector<const char16_t*>(8)});
+        out_.weights = doubles(std::vector<double>(8));
+        info_.nCategories = ints({0, 0});
+        info_.labels = texts({{nullptr, nullptr, nullptr}, {nullptr, nullptr, nullptr}});
+        info_.counts = numbers({{0.0, 0.0, 0.0}, {0.0, 0.0, 0.0}});
+        info_.frequencies = numbers({{0.0, 0.0, 0.0}, {0.0, 0.0, 0.0}});
+        SAFEARRAYBOUND bounds[] = {{2, 1}, {7, 1}};
+        stats_.table = keep(SafeArrayCreate(VT_R8, 2, bounds));
+        stats_.labels = keep(SafeArrayCreateVector(VT_BSTR, 1, 2));
+    }
+    ~Caller() {
+        for (SAFEARRAY* array : arrays_) SafeArrayDestroy(array);
+    }
+    Caller(const Caller&) = delete;
+    Caller& operator=(const Caller&) = delete;
+
+    ST_DataSet data_{};
+    ST_DataSet out_{};
+    ST_QualiInfo info_{};
+    ST_DescStats stats_{};
+
+  private:
+    SAFEARRAY* keep(SAFEARRAY* array) {
+        arrays_.push_back(array);
+        return array;
+    }
+    SAFEARRAY* doubles(const std::vector<double>& values) {
+        SAFEARRAY* array = keep(SafeArrayCreateVector(VT_R8, 1, static_cast<std::uint32_t>(values.size())));
+        std::copy(values.begin(), values.end(), static_cast<double*>(array->pvData));
+        return array;
+    }
+    SAFEARRAY* ints(const std::vector<std::int32_t>& values) {
+        SAFEARRAY* array = keep(SafeArrayCreateVector(VT_I4, 1, static_cast<std::uint32_t>(values.size())));
+        std::copy(values.begin(), values.end(), static_cast<std::int32_t*>(array->pvData));
+        return array;
+    }
+    SAFEARRAY* strings(const std::vector<const char16_t*>& values) {
+        SAFEARRAY* array = keep(SafeArrayCreateVector(VT_BSTR, 1, static_cast<std::uint32_t>(values.size())));
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            if (values[i] == nullptr) continue;
+            static_cast<BSTR*>(array->pvData)[i] = SysAllocString(reinterpret_cast<const OLECHAR*>(values[i]));
+        }
+        return array;
+    }
+    template <class Record>
+    Record columnSet(const std::vector<SAFEARRAY*>& columns, std::int32_t nRows) {
+        SAFEARRAY* records = nullptr;
+        SafeArrayAllocDescriptor(1, &records);
+        records->cbElements = sizeof(ST_Column);
+        records->rgsabound[0].cElements = static_cast<std::uint32_t>(columns.size());
+        SafeArrayAllocData(keep(records));
+        for (std::size_t c = 0; c < columns.size(); ++c)
+            static_cast<ST_Column*>(records->pvData)[c].cells = columns[c];
+        Record record{};
+        record.nColumns = static_cast<std::int32_t>(columns.size());
+        record.nRows = record.nCells = nRows;
+        record.columns = records;
+        record.labels = strings(std::vector<const char16_t*>(columns.size(), u"name"));
+        return record;
+    }
+    ST_MVectDbl numbers(const std::vector<std::vector<double>>& columns) {
+        std::vector<SAFEARRAY*> cells;
+        for (const auto& column : columns) cells.push_back(doubles(column));
+        return columnSet<ST_MVectDbl>(cells, static_cast<std::int32_t>(columns[0].size()));
+    }
+    ST_MVectStr texts(const std::vector<std::vector<const char16_t*>>& columns) {
+        std::vector<SAFEARRAY*> cells;
+        for (const auto& column : columns) cells.push_back(strings(column));
+        return columnSet<ST_MVectStr>(cells, static_cast<std::int32_t>(columns[0].size()));
+    }
+
+    std::vector<SAFEARRAY*> arrays_;
+};
+
+struct NamedDoor {
+    const char* name;
+    std::function<void(Caller&)> call;
+};
+
+void PrintTo(const NamedDoor& door, std::ostream* out) {
+    *out << door.name;
+}
+
+class AllocationFailures : public ::testing::TestWithParam<NamedDoor> {};
+
+TEST_P(AllocationFailures, LeaveTheDoorCleanly) {
+    Caller caller;
+    constexpr int kMaxAllocations = 5000;
+    int iFailing = 0;
+    for (; iFailing < kMaxAllocations; ++iFailing) {
+        const long liveBefore = liveAllocations;
+        allocationsLeft = iFailing;
+        bool threw = false;
+        try {
+            GetParam().call(caller);
+        } catch (const std::bad_alloc&) {
+            threw = true;
+        }
+        const bool reached = allocationsLeft < 0;
+        allocationsLeft = -1;
+        ASSERT_EQ(liveAllocations, liveBefore) << "allocation " << iFailing << " failed and something leaked";
+        if (!reached) break;
+        ASSERT_TRUE(threw) << "the failure of allocation " << iFailing << " was swallowed";
+    }
+    EXPECT_GT(iFailing, 0);
+    EXPECT_LT(iFailing, kMaxAllocations);
+}
+
+double kHalf = 0.5;
+
+INSTANTIATE_TEST_SUITE_P(
+    Doors, AllocationFailures,
+    ::testing::Values(
+        NamedDoor{"GetDescriptive", [](Caller& c) { Cpp_GetDescriptive_ST(&c.data_, 0, &c.stats_, nullptr); }},
+        NamedDoor{"GetQualiDataInfo", [](Caller& c) { Cpp_GetQualiDataInfo_ST(&c.data_, &c.info_); }},
+        NamedDoor{"ComputeQualiStats",
+                  [](Caller& c) { Cpp_ComputeQualiStats_ST(&c.data_.quali, &c.data_.formats, &c.out_); }},
+        NamedDoor{"Duplicate", [](Caller& c) { Cpp_Duplicate_STDataset(&c.data_, &c.out_, -1, 1, 1, 4); }},
+        NamedDoor{"SortByGroup", [](Caller& c) { Cpp_SortSTDataSetByGroup_ST(&c.data_, 1); }},
+        NamedDoor{"WideToLong", [](Caller& c) { Cpp_ReStructureData(&c.data_, &c.out_, 0); }},
+        NamedDoor{"LongToWide", [](Caller& c) { Cpp_ReStructureData(&c.data_, &c.out_, 1); }},
+        NamedDoor{"Univariate", [](Caller& c) { Cpp_UNI_Compute_Stats(&c.data_, 5, c.stats_.table, nullptr); }},
+        NamedDoor{
+            "QuantileTable",
+            [](Caller& c) { Cpp_GetQuantileTable(&c.data_, &kHalf, 1, nullptr, c.stats_.table, nullptr); }},
+        NamedDoor{"StatsByGroup",
+                  [](Caller& c) {
+                      Cpp_GetStatsAndRestructure2_ST(&c.data_, 1, 0, &c.out_, nullptr, nullptr, nullptr);
+                  }}),
+    [](const auto& param) { return std::string(param.param.name); });
+
+}  // namespace
