@@ -24,7 +24,7 @@ std::vector<double> draw(std::int32_t seed, std::size_t n) {
 }
 
 TEST(Rngcore, GeneratorMatchesPublishedVectors) {
-    // Known answers published with Random123 1.x for philox4x32, 10 rounds.
+    // Known answers published with Random123 for philox4x32, 10 rounds.
     struct Known {
         Words counter;
         std::array<std::uint32_t, 2> key;
