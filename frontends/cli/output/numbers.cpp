@@ -24,7 +24,7 @@ std::string withoutTrailingZeros(std::string text) {
 
 /// At least `digits` significant digits, and `decimals` of them behind the point.
 std::string significant(double value, int digits, int fewestDecimals) {
-    if (!std::isfinite(value)) return fmt::format("{}", value);
+    if (!std::isfinite(value)) return exactNumber(value);
     const std::string scientific = fmt::format("{:.{}e}", value, digits - 1);
     const std::size_t mark = scientific.find('e');
     const int exponent = std::atoi(scientific.c_str() + mark + 1);
@@ -39,7 +39,8 @@ std::string significant(double value, int digits, int fewestDecimals) {
 }  // namespace
 
 std::string exactNumber(double value) {
-    return fmt::format("{}", value);
+    // The sign of a NaN says nothing.
+    return std::isnan(value) ? "nan" : fmt::format("{}", value);
 }
 
 std::string readableNumber(double value, ColumnKind kind, const TextStyle& style) {
