@@ -10,6 +10,10 @@ std::string atLine(const std::string& file, std::size_t line, const std::string&
     return fmt::format("{}:{}: {}", file, line, text);
 }
 
+std::string counted(std::size_t n, std::string_view noun) {
+    return fmt::format("{} {}{}", n, noun, n == 1 ? "" : "s");
+}
+
 std::string printable(std::string_view text) {
     std::string out;
     out.reserve(text.size());

@@ -26,6 +26,9 @@ struct OutputClosed : std::exception {};
 /// "file:line: text" for messages about a place in a file.
 std::string atLine(const std::string& file, std::size_t line, const std::string& text);
 
+/// "1 row", "2 rows".
+std::string counted(std::size_t n, std::string_view noun);
+
 /// A cell's text for a message: control characters escaped, long texts cut, in single quotes.
 std::string quotedForMessage(std::string_view text);
 

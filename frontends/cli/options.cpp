@@ -254,6 +254,20 @@ void finishQuantile(const RawOptions& raw, const SelectionOptions& selection, Qu
     if (request.largeSample && !request.confidence) request.confidence = 0.95;
 }
 
+void checkCommand(const CLI::App& app, const std::vector<std::string>& arguments) {
+    const bool named = arguments.size() > 1 && !arguments[1].starts_with('-');
+    std::string names;
+    for (const CLI::App* command : app.get_subcommands({})) {
+        if (named && command->get_name() == arguments[1]) return;
+        names += (names.empty() ? "" : ", ") + command->get_name();
+    }
+    if (named)
+        throw UsageError(
+            fmt::format("unknown command {}; commands are {}", quotedForMessage(arguments[1]), names));
+    if (arguments.size() < 2)
+        throw UsageError(fmt::format("no command; commands are {}; numcore --help tells more", names));
+}
+
 }  // namespace
 
 std::optional<Options> parseOptions(const std::vector<std::string>& arguments, int& exitCode) {
@@ -264,11 +278,12 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, i
     // CLI11 takes the arguments from the back.
     std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
     if (!reversed.empty()) reversed.pop_back();
+    checkCommand(app, arguments);
     try {
         app.parse(std::move(reversed));
     } catch (const CLI::CallForHelp&) {
-        const auto chosen = app.get_subcommands();
-        writeStandardOutput(chosen.empty() ? app.help() : chosen[0]->help());
+        // The help of the chosen command, when there is one.
+        writeStandardOutput(app.help() + "\n");
         exitCode = kDone;
         return std::nullopt;
     } catch (const CLI::CallForVersion& version) {

@@ -38,7 +38,8 @@ UsageError unknownColumn(std::string_view word, const Names& names) {
         text += fmt::format("; did you mean {}?", quotedForMessage(*nearest));
     }
     text += "\ncolumns:";
-    for (std::size_t j = 0; j < std::min(names.size(), kMostNames); ++j) text += fmt::format(" {}", printable(names[j]));
+    for (std::size_t j = 0; j < std::min(names.size(), kMostNames); ++j)
+        text += fmt::format(" {}", printable(names[j]));
     if (names.size() > kMostNames) text += fmt::format(" ... ({} columns)", names.size());
     return UsageError(text);
 }

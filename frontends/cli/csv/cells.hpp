@@ -19,7 +19,7 @@ class CellReader {
     CellReader(char decimalMark, const std::vector<std::string>& missingWords);
 
     /// Classifies the text of a field; value is set for a number. Numbers may have a sign, an exponent and
-    /// blanks around them; inf, infinity and nan are numbers. Out of range numbers become infinite or zero,
+    /// blanks around them; inf, infinity and nan are numbers. Numbers too large for a double become infinite,
     /// and outOfRange is counted up.
     CellKind read(std::string_view text, double& value, std::size_t& outOfRange) const;
 

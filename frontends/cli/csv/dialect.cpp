@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t kSampleRecords = 1000;
 constexpr std::size_t kSampleBytes = std::size_t{1} << 18;
-constexpr char kSeparators[] = {',', ';', '\t', '|'};
+constexpr std::string_view kSeparators = ",;\t|";
 
 /// How well a layout fits the sample.
 struct Fit {
@@ -72,6 +72,10 @@ Fit measure(std::string_view text, const Dialect& dialect, bool header,
     fit.numericShare = numericShare(records, first, CellReader(dialect.decimalMark, missing));
     fit.score = share + 0.5 * fit.numericShare;
     if (width > 1) fit.score += 0.75;
+    // One column whose name holds a separator: more likely rows that are too short.
+    const bool suspect = header && width == 1 && records[0].size() == 1 && !records[0][0].quoted &&
+                         records[0][0].text.find_first_of(kSeparators) != std::string_view::npos;
+    if (suspect) fit.score -= 1.5;
     // A header of another width speaks against the separator, less so when it lacks the name of the row labels.
     if (header && records[0].size() != width) fit.score -= records[0].size() + 1 == width ? 0.8 : 1.0;
     return fit;
@@ -115,9 +119,9 @@ Dialect guessDialect(std::string_view text, const CsvOptions& options,
                      const std::vector<std::string>& missing) {
     Dialect best;
     double bestScore = -10.0;
-    const std::vector<char> candidates =
-        options.separator ? std::vector<char>{*options.separator}
-                          : std::vector<char>(std::begin(kSeparators), std::end(kSeparators));
+    const std::vector<char> candidates = options.separator
+                                             ? std::vector<char>{*options.separator}
+                                             : std::vector<char>(kSeparators.begin(), kSeparators.end());
     for (const char separator : candidates) {
         Dialect dialect;
         dialect.newline = guessNewline(text);

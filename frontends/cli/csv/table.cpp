@@ -210,7 +210,7 @@ CsvData CsvFile::load(const std::vector<Want>& wants, Progress& progress) {
     }
     if (data.nRows == 0) throw DataError(name_ + ": the file has a header but no row of data");
     if (data.nFilled > 0)
-        warnings_.push_back(fmt::format("{} short rows were filled with missing cells", data.nFilled));
+        warnings_.push_back(fmt::format("{} filled with missing cells", counted(data.nFilled, "short row")));
     return data;
 }
 
@@ -240,15 +240,14 @@ void CsvFile::fail(const LoadFault& fault) const {
             : fmt::format("column {}", fault.column + 1);
     switch (fault.fault) {
         case RecordFault::kTooShort:
-            raise(fmt::format(
-                "{} fields, the header has {}; complete the row, or fill short rows with --ragged fill",
-                fault.nFields, names_.size()));
+            raise(fmt::format("{}, the header has {}; complete the row, or fill short rows with --ragged fill",
+                              counted(fault.nFields, "field"), names_.size()));
             break;
         case RecordFault::kTooLong:
             raise(fmt::format(
-                "{} fields, the header has {}; put fields that hold a '{}' in quotes, or name another "
+                "{}, the header has {}; put fields that hold a '{}' in quotes, or name another "
                 "--separator",
-                fault.nFields, names_.size(), printable(std::string(1, dialect_.separator))));
+                counted(fault.nFields, "field"), names_.size(), printable(std::string(1, dialect_.separator))));
             break;
         case RecordFault::kOpenQuote:
             raise(fmt::format("{}: the quote {} that opens here is never closed; close it, or use --quote none",
@@ -286,7 +285,7 @@ void CsvFile::warnOutOfRange(const LoadColumn& column, std::size_t j) {
     if (column.nOutOfRange == 0) return;
     warnings_.push_back(
         fmt::format("line {}: column {} {}: a number is beyond the range of a double and became "
-                    "infinite or zero ({} in the column)",
+                    "infinite ({} in the column)",
                     lineOf(column.firstOutOfRange), j + 1, quotedForMessage(names_[j]), column.nOutOfRange));
 }
 

@@ -7,14 +7,6 @@
 
 namespace numcore::cli {
 
-namespace {
-
-std::string plural(std::size_t n, const char* one) {
-    return fmt::format("{} {}{}", n, one, n == 1 ? "" : "s");
-}
-
-}  // namespace
-
 std::string titleLine(const Report& report) {
     std::string line = printable(report.file);
     for (const auto& [name, value] : report.settings) line += fmt::format(", {}: {}", name, printable(value));
@@ -23,20 +15,20 @@ std::string titleLine(const Report& report) {
 
 std::vector<std::string> footerLines(const Report& report) {
     const RowCounts& rows = report.rows;
-    std::string line = fmt::format("{} read, {} used", plural(rows.read, "row"), rows.used);
+    std::string line = fmt::format("{} read, {} used", counted(rows.read, "row"), rows.used);
     if (rows.dropped > 0) {
         line += fmt::format(", {} dropped ({})", rows.dropped, report.droppedWhy);
     } else {
         line += ", none dropped";
     }
     if (rows.withMissing > 0) {
-        line += fmt::format("; {} with missing cells ({})", plural(rows.withMissing, "row"),
-                            plural(rows.missingCells, "cell"));
+        line += fmt::format("; {} with missing cells ({})", counted(rows.withMissing, "row"),
+                            counted(rows.missingCells, "cell"));
     } else {
         line += "; no cell is missing";
     }
     std::vector<std::string> lines{line};
-    if (rows.blankLines > 0) lines.push_back(plural(rows.blankLines, "blank line") + " skipped");
+    if (rows.blankLines > 0) lines.push_back(counted(rows.blankLines, "blank line") + " skipped");
     lines.insert(lines.end(), report.notes.begin(), report.notes.end());
     return lines;
 }

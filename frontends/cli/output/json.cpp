@@ -21,9 +21,19 @@ Json jsonOf(const Cell& cell) {
     return *number;
 }
 
+/// "decimal mark" as a key: decimalMark.
+std::string keyOf(const std::string& name) {
+    std::string key;
+    for (std::size_t i = 0; i < name.size(); ++i) {
+        const bool wordStarts = i > 0 && name[i - 1] == ' ';
+        if (name[i] != ' ') key += wordStarts ? static_cast<char>(name[i] - 'a' + 'A') : name[i];
+    }
+    return key;
+}
+
 Json jsonOf(const std::vector<std::pair<std::string, std::string>>& pairs) {
     Json out = Json::object();
-    for (const auto& [name, value] : pairs) out[name] = value;
+    for (const auto& [name, value] : pairs) out[keyOf(name)] = value;
     return out;
 }
 

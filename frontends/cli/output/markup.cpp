@@ -79,7 +79,8 @@ std::string writeMarkdown(const Report& report, const TextStyle& style) {
     std::string out = fmt::format("# {}\n", markdownText(titleLine(report)));
     for (const ReportTable& table : report.tables) {
         out += fmt::format("\n## {}\n\n|", table.title);
-        for (const ReportColumn& column : table.columns) out += fmt::format(" {} |", markdownText(column.title));
+        for (const ReportColumn& column : table.columns)
+            out += fmt::format(" {} |", markdownText(column.title));
         out += "\n|";
         for (const ReportColumn& column : table.columns) {
             out += column.kind == ColumnKind::kText ? " :--- |" : " ---: |";

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
@@ -10,6 +11,7 @@ namespace numcore::cli {
 namespace {
 
 constexpr int kValueDigits = 10;    // values of the data with no more digits are shown in full
+constexpr int kFewestDecimals = 2;  // large numbers keep them: 1000000.25 is not cut to 1000000
 constexpr int kSmallestFixed = -5;  // decimal exponents that are written without one
 constexpr int kLargestFixed = 14;
 
@@ -20,31 +22,33 @@ std::string withoutTrailingZeros(std::string text) {
     return text;
 }
 
-std::string significant(double value, int digits) {
-    if (!std::isfinite(value)) return fmt::format("{}", value);
+/// At least `digits` significant digits, and `decimals` of them behind the point.
+std::string significant(double value, int digits, int fewestDecimals) {
+    if (!std::isfinite(value)) return exactNumber(value);
     const std::string scientific = fmt::format("{:.{}e}", value, digits - 1);
     const std::size_t mark = scientific.find('e');
     const int exponent = std::atoi(scientific.c_str() + mark + 1);
     if (value != 0.0 && (exponent < kSmallestFixed || exponent > kLargestFixed)) {
         return withoutTrailingZeros(scientific.substr(0, mark)) + fmt::format("e{:+03d}", exponent);
     }
-    const int decimals = digits - 1 - exponent;
-    const std::string text = withoutTrailingZeros(fmt::format("{:.{}f}", value, decimals > 0 ? decimals : 0));
+    const int decimals = std::max(digits - 1 - exponent, fewestDecimals);
+    const std::string text = withoutTrailingZeros(fmt::format("{:.{}f}", value, decimals));
     return text == "-0" ? "0" : text;
 }
 
 }  // namespace
 
 std::string exactNumber(double value) {
-    return fmt::format("{}", value);
+    // The sign of a NaN says nothing.
+    return std::isnan(value) ? "nan" : fmt::format("{}", value);
 }
 
 std::string readableNumber(double value, ColumnKind kind, const TextStyle& style) {
     if (kind == ColumnKind::kValue && !style.digitsGiven) {
-        const std::string text = significant(value, kValueDigits);
+        const std::string text = significant(value, kValueDigits, 0);
         if (std::strtod(text.c_str(), nullptr) == value) return text;
     }
-    return significant(value, style.digits);
+    return significant(value, style.digits, style.digitsGiven ? 0 : kFewestDecimals);
 }
 
 std::string readableCell(const Cell& cell, ColumnKind kind, const TextStyle& style) {
