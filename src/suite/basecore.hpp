@@ -7,11 +7,6 @@
 
 namespace numcore::basecore {
 
-/// True for the 16-bit boolean -1 only; 1 and every other value are false.
-constexpr bool isTrue(std::int16_t flag) {
-    return flag == -1;
-}
-
 /// The constant pi.
 constexpr double Pi() {
     return 3.14159265358979323846;

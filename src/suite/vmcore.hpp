@@ -11,12 +11,12 @@
 #include <span>
 #include <vector>
 
-#include "numcore/api.h"
+#include "numcore/markers.hpp"
 
 namespace numcore::vmcore {
 
-inline constexpr double kMissing = NUMCORE_MISSING;
-inline constexpr double kOverflow = NUMCORE_OVERFLOW;
+using numcore::kMissing;
+using numcore::kOverflow;
 inline constexpr double kWeightEpsilon = 2.220446049250313e-16;
 
 /// True for the missing value, exactly.

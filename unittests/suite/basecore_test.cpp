@@ -48,12 +48,6 @@ TEST(Basecore, SignsAndOrder) {
     EXPECT_EQ(Max(2.0, -3.0), 2.0);
 }
 
-TEST(Basecore, OnlyMinusOneIsTrue) {
-    EXPECT_TRUE(isTrue(-1));
-    for (const int flag : {0, 1, 2, -2, 255, 32767, -32768})
-        EXPECT_FALSE(isTrue(static_cast<std::int16_t>(flag)));
-}
-
 TEST(Basecore, ReplaceScansOnce) {
     EXPECT_EQ(Replace(u"node XXXX of XXXX", u"XXXX", u"A"), u"node A of A");
     EXPECT_EQ(Replace(u"aaaaa", u"aa", u"a"), u"aaa");
