@@ -15,18 +15,10 @@
 #include <utility>
 #include <vector>
 
+#include "numcore/markers.hpp"
 #include "numcore/records.h"
 
 namespace numcore {
-
-/// The missing value and the overflow marker.
-inline constexpr double kMissing = NUMCORE_MISSING;
-inline constexpr double kOverflow = NUMCORE_OVERFLOW;
-
-/// A 16-bit automation boolean: only -1 is true.
-constexpr bool isTrue(std::int16_t flag) noexcept {
-    return static_cast<std::uint16_t>(flag) > 65534;
-}
 
 /// A 16-bit string whose only member is a BSTR, so that an array of BSTR is an array of these: reading and
 /// assigning work in place in a caller's array, without a copy of the array.

@@ -5,5 +5,6 @@
 #include "numcore/automation.h"
 #include "numcore/dataset.h"
 #include "numcore/descriptive.h"
+#include "numcore/host.h"
 #include "numcore/records.h"
 #include "numcore/special.h"

@@ -10,6 +10,7 @@
 #include "numcore/descriptive.hpp"
 #include "numcore/special.h"
 #include "suite/basecore.hpp"
+#include "suite/parallel.hpp"
 #include "suite/vmcore.hpp"
 
 namespace numcore {
@@ -81,6 +82,43 @@ QuantileLimits limitsByRanks(const matrix<double>* x, std::int32_t n, double p, 
     return {ranks.lower >= 1 ? found[0] : kMissing, ranks.upper <= m ? found[1] : kMissing};
 }
 
+constexpr std::int64_t kParallelFrom = 100000;  // cells; below, starting threads costs more than it gains
+
+/// Table columns per order: the quantile, and its two limits when they are asked for.
+std::int32_t widthOf(const ST_QuantileOptions& options) {
+    return isTrue(options.interval) ? 3 : 1;
+}
+
+void writeQuantiles(const cST_DataSet& data, std::int32_t c, const matrix<double>& p,
+                    const ST_QuantileOptions& options, matrix<double>& table) {
+    const auto cells = std::as_const(*data.numeric1).cells(c);
+    const auto weights = data.observationWeights();
+    std::vector<double> found(static_cast<std::size_t>(p.size()));
+    if (isTrue(options.weighted) && !weights.empty()) {
+        for (std::size_t i = 0; i < found.size(); ++i) {
+            found[i] = descriptive::weightedQuantile(cells, weights, p.span()[i]);
+        }
+    } else {
+        descriptive::quantiles(cells, options.method, p.span(), found);
+    }
+    // Two threads may meet at the spare element of a short table, never at a cell: so look before writing.
+    for (std::int32_t i = 0; i < p.size() && c < table.rows(); ++i) {
+        const std::int32_t column = i * widthOf(options);
+        if (column < table.columns()) table.at(c, column) = found[static_cast<std::size_t>(i)];
+    }
+}
+
+void writeLimits(const cST_MVect<double>& variables, std::int32_t c, const matrix<double>& p,
+                 const ST_QuantileOptions& options, matrix<double>& table) {
+    const auto limits = isTrue(options.largeSample) ? V_ConfQuantilesLargeSample : V_ConfQuantilesNonParam1;
+    for (std::int32_t i = 0; i < p.size() && c < table.rows(); ++i) {
+        const QuantileLimits around = limits(&variables.column(c), variables.length(c), p[i], options.level);
+        const std::int32_t column = i * widthOf(options);
+        if (column + 1 < table.columns()) table.at(c, column + 1) = around.lower;
+        if (column + 2 < table.columns()) table.at(c, column + 2) = around.upper;
+    }
+}
+
 }  // namespace
 
 QuantileLimits V_ConfQuantilesNonParam1(const matrix<double>* x, std::int32_t n, double p, double level) {
@@ -94,30 +132,17 @@ QuantileLimits V_ConfQuantilesLargeSample(const matrix<double>* x, std::int32_t 
 std::int32_t GetQuantileTable(cST_DataSet& data, const matrix<double>& p, const ST_QuantileOptions& options,
                               matrix<double>& table, matrix<u16string>& labels) {
     if (p.size() < 1) return -1;
-    const bool interval = isTrue(options.interval);
-    const std::int32_t width = interval ? 3 : 1;
-    const auto limits = isTrue(options.largeSample) ? V_ConfQuantilesLargeSample : V_ConfQuantilesNonParam1;
-    std::vector<double> found(static_cast<std::size_t>(p.size()));
-    for (std::int32_t c = 0; c < data.numeric1->columnCount(); ++c) {
-        const auto cells = std::as_const(*data.numeric1).cells(c);
-        if (isTrue(options.weighted) && !data.observationWeights().empty()) {
-            for (std::int32_t i = 0; i < p.size(); ++i) {
-                found[static_cast<std::size_t>(i)] =
-                    descriptive::weightedQuantile(cells, data.observationWeights(), p[i]);
-            }
-        } else {
-            descriptive::quantiles(cells, options.method, p.span(), found);
-        }
-        labels[c] = u16string(data.numeric1->label(c));
-        for (std::int32_t i = 0; i < p.size(); ++i) {
-            table.at(c, i * width) = found[static_cast<std::size_t>(i)];
-            if (!interval) continue;
-            const QuantileLimits around =
-                limits(&data.numeric1->column(c), data.numeric1->length(c), p[i], options.level);
-            table.at(c, i * width + 1) = around.lower;
-            table.at(c, i * width + 2) = around.upper;
-        }
+    const cST_MVect<double>& variables = *data.numeric1;
+    std::int64_t nCells = 0;
+    for (std::int32_t c = 0; c < variables.columnCount(); ++c) {
+        labels[c] = u16string(variables.label(c));
+        nCells += variables.length(c);
     }
+    parallelFor(variables.columnCount(), nCells >= kParallelFrom, [&](std::int64_t i) {
+        const auto c = static_cast<std::int32_t>(i);
+        writeQuantiles(data, c, p, options, table);
+        if (isTrue(options.interval)) writeLimits(variables, c, p, options, table);
+    });
     return 0;
 }
 

@@ -6,7 +6,7 @@
 #include <chrono>
 #include <random>
 
-#include "suite/basecore.hpp"
+#include "numcore/markers.hpp"
 
 namespace numcore::rngcore {
 namespace {
@@ -68,7 +68,7 @@ std::int32_t chooseSeed() {
 }
 
 void GetSeed(std::int32_t& seed, std::int16_t seedMode) {
-    if (!basecore::isTrue(seedMode)) seed = chooseSeed();
+    if (!isTrue(seedMode)) seed = chooseSeed();
     stream = {seed, 0};
 }
 

@@ -11,12 +11,12 @@
 #include <span>
 #include <vector>
 
-#include "numcore/api.h"
+#include "numcore/markers.hpp"
 
 namespace numcore::vmcore {
 
-inline constexpr double kMissing = NUMCORE_MISSING;
-inline constexpr double kOverflow = NUMCORE_OVERFLOW;
+using numcore::kMissing;
+using numcore::kOverflow;
 inline constexpr double kWeightEpsilon = 2.220446049250313e-16;
 
 /// True for the missing value, exactly.
@@ -62,6 +62,7 @@ struct Summary {
     double minimum = kMissing;  ///< over all cells that are neither missing nor NaN, whatever their weight
     double maximum = kMissing;
     double mean = kMissing;   ///< weighted; the missing value when no observation is used
+    double meanLost = 0.0;    ///< what rounding took from the mean; the merging of parts needs it
     double sumSquares = 0.0;  ///< weighted sum of squared deviations from the mean
     double weight = 0.0;      ///< sum of the weights of the observations used
 };

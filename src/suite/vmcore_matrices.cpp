@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "suite/basecore.hpp"
 #include "suite/rngcore.hpp"
 #include "suite/vmcore.hpp"
 
@@ -57,7 +56,7 @@ Eigen::VectorXd rowScales(const Matrix& matrix) {
 void M_GenerateRandom01(MatrixView out, std::int32_t rows, std::int32_t columns, std::int32_t* seed,
                         std::int16_t seedMode, std::int32_t* state) {
     std::int32_t usedSeed = seed == nullptr ? 0 : *seed;
-    if (!basecore::isTrue(seedMode)) usedSeed = rngcore::chooseSeed();
+    if (!isTrue(seedMode)) usedSeed = rngcore::chooseSeed();
     if (seed != nullptr) *seed = usedSeed;
     const std::span<double> cells = cellsOf(out);
     const std::size_t nAsked =

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <limits>
 
-#include "suite/basecore.hpp"
 #include "suite/vmcore.hpp"
 #include "suite/vmcore_kernels.hpp"
 
@@ -60,10 +59,10 @@ void V_MeanVar(std::span<const double> data, std::int32_t n, double& mean, doubl
     const Summary summary = summarize(cells, cellWeights);
     mean = summary.mean;
     variance = vmcore::variance(summary);
-    if (!basecore::isTrue(skipMissing) && summary.nMissing > 0) {
+    if (!isTrue(skipMissing) && summary.nMissing > 0) {
         mean = kMissing;
         variance = kMissing;
-    } else if (!basecore::isTrue(frequencyWeights) && summary.nUsed > 1) {
+    } else if (!isTrue(frequencyWeights) && summary.nUsed > 1) {
         variance = summary.sumSquares / (summary.weight - summary.weight / static_cast<double>(summary.nUsed));
     }
 }

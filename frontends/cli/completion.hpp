@@ -1,0 +1,24 @@
+// Shell completion scripts, written from the commands and options that the program has.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace numcore::cli {
+
+struct CompletionOption {
+    std::string name;  // long name without dashes
+    std::string help;
+    bool takesValue = false;
+};
+
+struct CompletionCommand {
+    std::string name;
+    std::string help;
+    std::vector<CompletionOption> options;
+};
+
+/// The script of a shell: bash, zsh or fish. Throws UsageError for another one.
+std::string writeCompletion(const std::string& shell, const std::vector<CompletionCommand>& commands);
+
+}  // namespace numcore::cli

@@ -1,0 +1,62 @@
+// What the command line can ask for.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/csv/settings.hpp"
+
+namespace CLI {
+class App;
+}
+
+namespace numcore::cli {
+
+enum class Command { kDescribe, kQuantile, kCompletion };
+enum class Format { kText, kCsv, kTsv, kJson, kMarkdown, kHtml };
+
+struct SelectionOptions {
+    std::vector<std::string> columns;  // selectors; none: every column
+    std::vector<std::string> text;     // selectors of columns to be taken as text
+    std::string weights;
+    std::string by;
+};
+
+struct OutputOptions {
+    std::optional<Format> format;
+    std::string path;  // empty: standard output
+    std::optional<int> digits;
+    std::optional<int> width;
+    std::size_t maxCategories = 50;
+    bool quiet = false;
+    bool verbose = false;
+};
+
+struct QuantileRequest {
+    std::vector<double> orders;
+    std::vector<int> methods;
+    bool methodGiven = false;
+    std::optional<double> confidence;
+    bool largeSample = false;
+};
+
+struct Options {
+    Command command = Command::kDescribe;
+    std::string file;
+    CsvOptions csv;
+    SelectionOptions selection;
+    OutputOptions output;
+    QuantileRequest quantile;
+    std::string shell;
+};
+
+/// Reads the arguments (the program's name first). Returns nothing when the program is to stop with exitCode:
+/// help was printed, or an error. Throws UsageError for values that do not make sense.
+std::optional<Options> parseOptions(const std::vector<std::string>& arguments, int& exitCode);
+
+/// The completion script of a shell: bash, zsh or fish; throws UsageError for another one.
+std::string completionScript(const std::string& shell);
+
+}  // namespace numcore::cli

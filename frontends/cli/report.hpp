@@ -1,0 +1,65 @@
+// The neutral result of an analysis: what every writer turns into its format.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace numcore::cli {
+
+/// A cell: no value, a count, a number, or a text.
+using Cell = std::variant<std::monostate, std::int64_t, double, std::string>;
+
+/// The kind of a column decides how its numbers are shown to people.
+enum class ColumnKind {
+    kText,
+    kCount,   // whole numbers as they are
+    kValue,   // values of the data: shown in full when they are short
+    kNumber,  // computed numbers
+};
+
+struct ReportColumn {
+    std::string id;     // name in machine formats: "mean"
+    std::string title;  // header for people: "Mean"
+    ColumnKind kind = ColumnKind::kNumber;
+};
+
+struct ReportTable {
+    std::string id;
+    std::string title;
+    std::vector<ReportColumn> columns;
+    std::vector<std::vector<Cell>> rows;
+    std::size_t nKeys = 1;  // leading columns that name the row; repeated keys show once in text
+    std::vector<std::string> notes;
+};
+
+struct RowCounts {
+    std::size_t read = 0;
+    std::size_t used = 0;
+    std::size_t dropped = 0;
+    std::size_t withMissing = 0;  // rows used that have a missing cell in an analysed column
+    std::size_t missingCells = 0;
+    std::size_t blankLines = 0;
+};
+
+struct Report {
+    std::string command;
+    std::string file;
+    std::vector<std::pair<std::string, std::string>> layout;    // separator, encoding, ...: given or guessed
+    std::vector<std::pair<std::string, std::string>> settings;  // weights, groups, method, ...
+    RowCounts rows;
+    std::string droppedWhy;
+    std::vector<ReportTable> tables;
+    std::vector<std::string> notes;
+    std::vector<std::string> warnings;
+};
+
+/// A cell from a number of the library: its missing value is no value, its overflow marker infinite.
+Cell cellOf(double value);
+/// A cell from a whole number that the library gives as a double.
+Cell countOf(double value);
+
+}  // namespace numcore::cli

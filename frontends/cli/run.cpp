@@ -1,0 +1,166 @@
+#include "cli/run.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <new>
+#include <optional>
+
+#include "cli/csv/table.hpp"
+#include "cli/describe.hpp"
+#include "cli/errors.hpp"
+#include "cli/output/sink.hpp"
+#include "cli/output/writers.hpp"
+#include "cli/platform.hpp"
+#include "cli/progress.hpp"
+#include "cli/quantile.hpp"
+#include "cli/sample.hpp"
+#include "cli/selection.hpp"
+
+namespace numcore::cli {
+
+namespace {
+
+std::string nameOfCharacter(char c) {
+    if (c == '\0') return "none";
+    if (c == '\t') return "tab";
+    return c == ' ' ? "space" : printable(std::string(1, c));
+}
+
+void noteLayout(const CsvFile& file, const CsvOptions& options, Report& report) {
+    const Dialect& dialect = file.dialect();
+    std::string missing = "empty cells";
+    for (const std::string& word : file.missingWords()) missing += " " + word;
+    const char* mark = file.input().hadByteOrderMark() ? " with byte order mark" : "";
+    report.layout = {{"encoding", encodingName(file.input().encoding()) + std::string(mark)},
+                     {"separator", nameOfCharacter(dialect.separator)},
+                     {"decimal mark", nameOfCharacter(dialect.decimalMark)},
+                     {"quote", nameOfCharacter(dialect.quote)},
+                     {"header", options.header ? "yes" : "no"},
+                     {"skipped lines", std::to_string(options.skip)},
+                     {"columns", std::to_string(file.names().size())},
+                     {"missing", missing}};
+}
+
+void noteSettings(const Options& options, const Sample& sample, Report& report) {
+    if (sample.weighted()) report.settings.emplace_back("weights", sample.weightsName);
+    if (sample.grouped()) report.settings.emplace_back("by", sample.groupsName);
+    if (options.command != Command::kQuantile) return;
+    const auto& methods = options.quantile.methods;
+    if (sample.weighted()) {
+        report.settings.emplace_back("method", "weighted");
+    } else if (methods.size() == 1) {
+        const QuantileMethod& method = quantileMethods()[static_cast<std::size_t>(methods[0])];
+        report.settings.emplace_back("method", fmt::format("{} {}", method.number, method.name));
+    }
+    if (options.quantile.confidence) {
+        report.settings.emplace_back("confidence", fmt::format("{}", *options.quantile.confidence));
+    }
+}
+
+void say(const char* kind, const std::string& text) {
+    fmt::print(stderr, "numcore: {}{}\n", kind, text);
+}
+
+/// The format asked for, or that of the output file's ending.
+Format formatOf(const OutputOptions& options) {
+    if (options.format) return *options.format;
+    const std::string ending = pathFromUtf8(options.path).extension().string();
+    constexpr std::pair<const char*, Format> kEndings[] = {
+        {".csv", Format::kCsv},   {".tsv", Format::kTsv},     {".tab", Format::kTsv},
+        {".json", Format::kJson}, {".md", Format::kMarkdown}, {".markdown", Format::kMarkdown},
+        {".html", Format::kHtml}, {".htm", Format::kHtml}};
+    const auto found =
+        std::ranges::find(kEndings, ending, [](const auto& entry) { return std::string(entry.first); });
+    return found == std::end(kEndings) ? Format::kText : found->second;
+}
+
+TextStyle styleOf(const OutputOptions& options) {
+    TextStyle style;
+    style.digits = options.digits.value_or(6);
+    style.digitsGiven = options.digits.has_value();
+    if (options.width) {
+        style.width = *options.width;
+    } else if (options.path.empty()) {
+        style.width = terminalWidth(stdout);
+    }
+    return style;
+}
+
+void speak(const Report& report, const Options& options, Format format) {
+    if (options.output.quiet) return;
+    if (options.output.verbose) {
+        for (const auto& [name, value] : report.layout) say("", fmt::format("{}: {}", name, value));
+    }
+    for (const std::string& warning : report.warnings) {
+        say("warning: ", fmt::format("{}: {}", printable(report.file), warning));
+    }
+    // A format for machines has no place for them.
+    if (format == Format::kCsv || format == Format::kTsv) {
+        for (const std::string& line : footerLines(report)) say("", line);
+    }
+}
+
+int runCommand(const Options& options) {
+    if (options.command == Command::kCompletion) {
+        writeStandardOutput(completionScript(options.shell));
+        return kDone;
+    }
+    const Report report = analyse(options);
+    const Format format = formatOf(options.output);
+    const std::string text = render(report, format, styleOf(options.output));
+    speak(report, options, format);
+    if (options.output.path.empty()) {
+        writeStandardOutput(text);
+    } else {
+        writeFile(options.output.path, text);
+    }
+    return report.warnings.empty() ? kDone : kDoneWithWarnings;
+}
+
+}  // namespace
+
+Report analyse(const Options& options) {
+    Progress progress(!options.output.quiet);
+    const std::string name = options.file == "-" ? "standard input" : options.file;
+    CsvFile file(Input::open(options.file, progress), printable(name), options.csv);
+    const Selection selection = selectColumns(options.selection, file.names());
+    CsvData data = file.load(selection.wants, progress);
+    const auto stores = std::move(data.stores);
+    Report report;
+    report.command = options.command == Command::kQuantile ? "quantile" : "describe";
+    report.file = name;
+    noteLayout(file, options.csv, report);
+    Sample sample = takeSample(std::move(data), selection, file, report);
+    noteSettings(options, sample, report);
+    if (options.command == Command::kQuantile) {
+        quantiles(std::move(sample), options.quantile, report);
+    } else {
+        describe(std::move(sample), options.output.maxCategories, report);
+    }
+    report.warnings = file.warnings();
+    return report;
+}
+
+int run(const std::vector<std::string>& arguments) {
+    try {
+        int exitCode = kDone;
+        const std::optional<Options> options = parseOptions(arguments, exitCode);
+        return options ? runCommand(*options) : exitCode;
+    } catch (const OutputClosed&) {
+        return kDone;
+    } catch (const UsageError& error) {
+        say("", error.what());
+        return kWrongUsage;
+    } catch (const DataError& error) {
+        say("", error.what());
+    } catch (const std::bad_alloc&) {
+        say("", "not enough memory for this file");
+    } catch (const std::exception& error) {
+        say("", error.what());
+    }
+    return kBadData;
+}
+
+}  // namespace numcore::cli

@@ -1,0 +1,61 @@
+// The rows and columns of one analysis, ready to become a data set.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "caller/data_set.hpp"
+#include "cli/csv/table.hpp"
+#include "cli/report.hpp"
+#include "cli/selection.hpp"
+
+namespace numcore::cli {
+
+/// A named column of numbers, or of texts (empty: missing).
+struct NumberColumn {
+    std::string name;
+    caller::Array cells;
+    std::size_t nMissing = 0;  // before rows were dropped
+};
+struct TextColumn {
+    std::string name;
+    std::vector<std::string_view> cells;
+    std::size_t nMissing = 0;
+};
+
+/// Columns of equal length. Texts are views into the file.
+struct Sample {
+    std::vector<NumberColumn> numbers;
+    std::vector<TextColumn> texts;
+    caller::Array weights;                 // empty: none
+    std::vector<std::string_view> groups;  // empty: none
+    std::string weightsName;
+    std::string groupsName;
+    std::size_t nRows = 0;
+
+    bool weighted() const { return weights.get() != nullptr; }
+    bool grouped() const { return !groupsName.empty(); }
+};
+
+/// Takes the columns of a selection out of what was read. Rows without a group, and rows whose weight is
+/// missing or 0, are dropped and counted. Throws DataError for a negative weight.
+Sample takeSample(CsvData data, const Selection& selection, const CsvFile& file, Report& report);
+
+/// One group and its rows, ascending.
+struct Group {
+    std::string_view name;
+    std::vector<std::size_t> rows;
+};
+
+/// The groups in ascending order: by value when all are numbers, else by text.
+std::vector<Group> groupsOf(const Sample& sample);
+
+/// Some rows of a sample, without their groups.
+Sample takeRows(const Sample& sample, const std::vector<std::size_t>& rows);
+
+/// A text table from views.
+caller::TextTable textTable(const std::vector<const TextColumn*>& columns);
+
+}  // namespace numcore::cli

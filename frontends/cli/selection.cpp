@@ -1,0 +1,155 @@
+#include "cli/selection.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <numeric>
+
+#include "cli/errors.hpp"
+
+namespace numcore::cli {
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+/// Smallest number of insertions, deletions and replacements of bytes between two words.
+std::size_t editDistance(std::string_view a, std::string_view b) {
+    std::vector<std::size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t diagonal = row[0]++;
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t replaced = diagonal + (a[i] != b[j]);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+        }
+    }
+    return row[b.size()];
+}
+
+UsageError unknownColumn(std::string_view word, const Names& names) {
+    constexpr std::size_t kMostNames = 20;
+    std::string text = fmt::format("no column {}", quotedForMessage(word));
+    const auto nearest = std::ranges::min_element(
+        names, {}, [word](const std::string& name) { return editDistance(word, name); });
+    if (nearest != names.end() && editDistance(word, *nearest) <= std::max<std::size_t>(1, word.size() / 3)) {
+        text += fmt::format("; did you mean {}?", quotedForMessage(*nearest));
+    }
+    text += "\ncolumns:";
+    for (std::size_t j = 0; j < std::min(names.size(), kMostNames); ++j)
+        text += fmt::format(" {}", printable(names[j]));
+    if (names.size() > kMostNames) text += fmt::format(" ... ({} columns)", names.size());
+    return UsageError(text);
+}
+
+std::optional<std::size_t> findName(std::string_view word, const Names& names) {
+    const auto found = std::ranges::find(names, word);
+    if (found == names.end()) return std::nullopt;
+    return static_cast<std::size_t>(found - names.begin());
+}
+
+/// A name, or a number from 1.
+std::optional<std::size_t> findColumn(std::string_view word, const Names& names) {
+    if (const auto named = findName(word, names)) return named;
+    std::size_t number = 0;
+    const auto [rest, status] = std::from_chars(word.data(), word.data() + word.size(), number);
+    const bool whole = status == std::errc() && rest == word.data() + word.size();
+    if (!whole || number < 1 || number > names.size()) return std::nullopt;
+    return number - 1;
+}
+
+/// "a-b" with every dash tried, since names may hold dashes; "a-" goes to the last column.
+std::optional<std::pair<std::size_t, std::size_t>> findRange(std::string_view word, const Names& names) {
+    for (std::size_t dash = word.find('-'); dash != std::string_view::npos; dash = word.find('-', dash + 1)) {
+        const auto first = findColumn(word.substr(0, dash), names);
+        const std::string_view behind = word.substr(dash + 1);
+        const auto last = behind.empty() ? std::optional(names.size() - 1) : findColumn(behind, names);
+        if (first && last) return std::pair(*first, *last);
+    }
+    return std::nullopt;
+}
+
+void addSelector(std::string_view word, const Names& names, std::vector<std::size_t>& out) {
+    if (const auto column = findColumn(word, names)) return out.push_back(*column);
+    const auto range = findRange(word, names);
+    if (!range) throw unknownColumn(word, names);
+    for (std::size_t j = range->first;; j += range->first < range->second ? 1 : std::size_t(-1)) {
+        out.push_back(j);
+        if (j == range->second) break;
+    }
+}
+
+/// Cuts a list at commas outside double quotes; words in quotes are names and nothing else.
+void addList(std::string_view list, const Names& names, std::vector<std::size_t>& out) {
+    while (!list.empty()) {
+        if (list.front() == '"') {
+            const std::size_t close = list.find('"', 1);
+            const std::string_view word = list.substr(1, close == std::string_view::npos ? close : close - 1);
+            const auto column = findName(word, names);
+            if (!column) throw unknownColumn(word, names);
+            out.push_back(*column);
+            list.remove_prefix(std::min(list.size(), word.size() + 2));
+        } else {
+            const std::string_view word = list.substr(0, list.find(','));
+            addSelector(word, names, out);
+            list.remove_prefix(word.size());
+        }
+        if (!list.empty()) list.remove_prefix(1);
+    }
+}
+
+std::size_t resolveOne(const std::string& word, const Names& names) {
+    const auto column = findColumn(word, names);
+    if (!column) throw unknownColumn(word, names);
+    return *column;
+}
+
+}  // namespace
+
+std::vector<std::size_t> resolveColumns(std::string_view list, const std::vector<std::string>& names) {
+    std::vector<std::size_t> out;
+    if (const auto whole = findName(list, names)) {
+        out.push_back(*whole);
+    } else {
+        addList(list, names, out);
+    }
+    return out;
+}
+
+Selection selectColumns(const SelectionOptions& options, const std::vector<std::string>& names) {
+    Selection selection;
+    selection.wants.assign(names.size(), Want::kSkip);
+    if (!options.weights.empty()) selection.weights = resolveOne(options.weights, names);
+    if (!options.by.empty()) selection.by = resolveOne(options.by, names);
+    const auto isHelper = [&](std::size_t j) { return selection.weights == j || selection.by == j; };
+    if (options.columns.empty()) {
+        for (std::size_t j = 0; j < names.size(); ++j) {
+            if (!isHelper(j)) selection.analysed.push_back(j);
+        }
+    }
+    for (const std::string& list : options.columns) {
+        for (const std::size_t j : resolveColumns(list, names)) {
+            if (isHelper(j))
+                throw UsageError(fmt::format("column {} holds the weights or groups and cannot be analysed too",
+                                             quotedForMessage(names[j])));
+            if (std::ranges::find(selection.analysed, j) == selection.analysed.end())
+                selection.analysed.push_back(j);
+        }
+    }
+    if (selection.analysed.empty()) throw UsageError("no column to analyse is left");
+    if (selection.weights && selection.weights == selection.by)
+        throw UsageError("weights and groups are the same column");
+    for (const std::size_t j : selection.analysed) selection.wants[j] = Want::kAsIs;
+    for (const std::string& list : options.text) {
+        for (const std::size_t j : resolveColumns(list, names)) {
+            if (selection.wants[j] == Want::kAsIs) selection.wants[j] = Want::kTexts;
+        }
+    }
+    if (selection.weights) selection.wants[*selection.weights] = Want::kNumbers;
+    if (selection.by) selection.wants[*selection.by] = Want::kTexts;
+    return selection;
+}
+
+}  // namespace numcore::cli
