@@ -17,3 +17,8 @@ set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static")
 
 set(CMAKE_CROSSCOMPILING_EMULATOR /usr/bin/wine)
+
+# CMake would find the import library of the OpenMP runtime first.
+execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libgomp.a OUTPUT_VARIABLE static_openmp
+                OUTPUT_STRIP_TRAILING_WHITESPACE)
+set(OpenMP_gomp_LIBRARY ${static_openmp} CACHE FILEPATH "The OpenMP runtime, to be linked in")

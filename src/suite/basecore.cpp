@@ -109,7 +109,7 @@ double Fact(std::int32_t n) {
 double Cnk(double n, double k) {
     n = std::round(n);
     k = std::round(k);
-    if (std::isnan(n) || std::isnan(k) || n < 0.0) return kMissing;
+    if (!std::isfinite(n) || !std::isfinite(k) || n < 0.0) return kMissing;
     if (k < 0.0 || k > n) return 0.0;
     const double factors = Min(k, n - k);
     if (factors > 1024.0) return kOverflow;  // C(n, k) >= 2^factors

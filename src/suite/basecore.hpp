@@ -58,8 +58,8 @@ double Fact(std::int32_t n);
 /// Binomial coefficient C(n, k), exact up to 2^53.
 ///
 /// @param n, k  counts; both are rounded to whole numbers
-/// @return 0 for k < 0 and k > n; the missing value for n < 0 and NaN; the overflow marker beyond the largest
-/// double
+/// @return 0 for k < 0 and k > n; the missing value for n < 0 and for what is not finite; the overflow marker
+/// beyond the largest double
 double Cnk(double n, double k);
 
 /// The text with each occurrence of `from` replaced by `to`, scanned once from the left: replacements are not

@@ -62,6 +62,7 @@ struct Summary {
     double minimum = kMissing;  ///< over all cells that are neither missing nor NaN, whatever their weight
     double maximum = kMissing;
     double mean = kMissing;   ///< weighted; the missing value when no observation is used
+    double meanLost = 0.0;    ///< what rounding took from the mean; the merging of parts needs it
     double sumSquares = 0.0;  ///< weighted sum of squared deviations from the mean
     double weight = 0.0;      ///< sum of the weights of the observations used
 };

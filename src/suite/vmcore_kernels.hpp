@@ -18,18 +18,21 @@ struct BlockSums {
     double squares;     // weighted sum of the squared deviations
 };
 
-/// How cells lie to the ends of a bracket. A missing cell is compared as the number it is.
+/// How cells lie to the ends of a bracket. A missing cell lies below.
 struct BracketCounts {
     std::int64_t nBelow;
     std::int64_t nAtLow;
     std::int64_t nAtHigh;
+    std::size_t nInside;
 };
 
 struct Kernels {
     /// Weights may be null for unit weights.
     void (*sumBlock)(const double* cells, const double* weights, std::size_t n, double centre, BlockSums& sums);
     std::int64_t (*countMissing)(const double* cells, std::size_t n);
-    BracketCounts (*countBracket)(const double* cells, std::size_t n, double low, double high);
+    /// `low` is above the missing value. The cells between low and high go to `inside`, in order; it has room
+    /// for n and may be written to beyond them.
+    BracketCounts (*scanBracket)(const double* cells, std::size_t n, double low, double high, double* inside);
 };
 
 /// For every x86-64 processor.

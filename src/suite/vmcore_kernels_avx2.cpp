@@ -6,6 +6,8 @@ namespace {
 
 struct Lanes {
     typedef double Real __attribute__((vector_size(32)));
+
+    static int signBits(const Real& lanes) { return __builtin_ia32_movmskpd256(lanes); }
 };
 
 }  // namespace

@@ -5,6 +5,8 @@ namespace {
 
 struct Lanes {
     typedef double Real __attribute__((vector_size(16)));
+
+    static int signBits(const Real& lanes) { return __builtin_ia32_movmskpd(lanes); }
 };
 
 }  // namespace

@@ -9,10 +9,12 @@
 namespace numcore::vmcore {
 
 /// @tparam Lanes  in an unnamed namespace of the including file; Lanes::Real is a vector of 2, 4 or 8 doubles
+/// and
+///                Lanes::signBits gives the sign bit of each, lane 0 lowest
 template <class Lanes>
 class LaneKernels {
   public:
-    static constexpr Kernels table() { return {&sumBlock, &countMissing, &countBracket}; }
+    static constexpr Kernels table() { return {&sumBlock, &countMissing, &scanBracket}; }
 
   private:
     using RealVector = typename Lanes::Real;
@@ -166,18 +168,27 @@ class LaneKernels {
         return static_cast<std::int64_t>(n) - addLanes(nPresent);
     }
 
-    static BracketCounts countBracket(const double* cells, std::size_t n, double low, double high) {
+    static BracketCounts scanBracket(const double* cells, std::size_t n, double low, double high,
+                                     double* inside) {
         Mask nBelow[kParts] = {};
         Mask nAtLow[kParts] = {};
         Mask nAtHigh[kParts] = {};
+        std::size_t nInside = 0;
         forEachVector(cells, nullptr, n, [&](std::size_t part, const double* from, const double*) {
             const RealVector x = load(from);
             nBelow[part] -= x < low;
             nAtLow[part] -= x == low;
             nAtHigh[part] -= x == high;
+            const int insideBits = Lanes::signBits(__builtin_bit_cast(RealVector, (x > low) & (x < high)));
+            if (insideBits == 0) return;  // as a rule: a bracket is narrow
+            for (std::size_t i = 0; i < kWidth; ++i) {
+                inside[nInside] = from[i];
+                nInside += static_cast<std::size_t>((insideBits >> i) & 1);
+            }
         });
-        const std::size_t nFilledUp = kMissing < low ? (kLanes - n % kLanes) % kLanes : 0;
-        return {addLanes(nBelow) - static_cast<std::int64_t>(nFilledUp), addLanes(nAtLow), addLanes(nAtHigh)};
+        const std::size_t nFilledUp = (kLanes - n % kLanes) % kLanes;
+        return {addLanes(nBelow) - static_cast<std::int64_t>(nFilledUp), addLanes(nAtLow), addLanes(nAtHigh),
+                nInside};
     }
 };
 

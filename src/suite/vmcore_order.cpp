@@ -61,8 +61,7 @@ void selectInCopy(std::span<const double> cells, const Wanted& wanted) {
     const auto firstNan = std::lower_bound(wanted.ranks.begin(), wanted.ranks.end(), std::ssize(numbers));
     const auto nNumeric = static_cast<std::size_t>(firstNan - wanted.ranks.begin());
     selectAll(numbers, 0, wanted.part(0, nNumeric));
-    std::fill(wanted.values.begin() + (firstNan - wanted.ranks.begin()), wanted.values.end(),
-              std::numeric_limits<double>::quiet_NaN());
+    std::ranges::fill(wanted.values.subspan(nNumeric), std::numeric_limits<double>::quiet_NaN());
 }
 
 // A cell of each of equal stretches, at a place in it that has no period: SplitMix64, Steele, Lea and Flood
@@ -70,7 +69,6 @@ void selectInCopy(std::span<const double> cells, const Wanted& wanted) {
 std::vector<double> drawSample(std::span<const double> cells) {
     const auto nWanted = static_cast<std::size_t>(
         std::cbrt(static_cast<double>(cells.size()) * static_cast<double>(cells.size())));
-    const std::size_t stretch = cells.size() / nWanted;
     std::vector<double> sample;
     sample.reserve(nWanted);
     std::uint64_t state = 0;
@@ -79,7 +77,9 @@ std::vector<double> drawSample(std::span<const double> cells) {
         std::uint64_t mixed = state;
         mixed = (mixed ^ (mixed >> 30)) * 0xbf58476d1ce4e5b9U;
         mixed = (mixed ^ (mixed >> 27)) * 0x94d049bb133111ebU;
-        const double x = cells[i * stretch + (mixed ^ (mixed >> 31)) % stretch];
+        const std::size_t first = i * cells.size() / nWanted;
+        const std::size_t stretch = (i + 1) * cells.size() / nWanted - first;
+        const double x = cells[first + (mixed ^ (mixed >> 31)) % stretch];
         if (!IsMissingValue(x)) sample.push_back(std::isnan(x) ? std::numeric_limits<double>::infinity() : x);
     }
     return sample;
@@ -106,7 +106,8 @@ std::vector<Bracket> planBrackets(std::span<const std::int64_t> ranks, std::int6
         const auto lowPlace = static_cast<std::int64_t>(std::floor(share * sampleSize - margin));
         const auto highPlace = static_cast<std::int64_t>(std::ceil(share * sampleSize + margin));
         if (!brackets.empty() && lowPlace <= brackets.back().highPlace) {
-            brackets.back().highPlace = highPlace;
+            brackets.back().lowPlace = std::min(brackets.back().lowPlace, lowPlace);
+            brackets.back().highPlace = std::max(brackets.back().highPlace, highPlace);
             brackets.back().nRanks += 1;
         } else {
             brackets.push_back({lowPlace, highPlace, i, 1});
@@ -115,17 +116,23 @@ std::vector<Bracket> planBrackets(std::span<const std::int64_t> ranks, std::int6
     return brackets;
 }
 
-void setEnds(std::span<Bracket> brackets, std::vector<double>& sample) {
+void setEnds(std::span<Bracket> brackets, std::span<double> sample) {
+    const auto inSample = [&](std::int64_t place) { return place >= 0 && place < std::ssize(sample); };
+    std::vector<std::int64_t> places;  // ascending: brackets follow each other without overlap
+    for (const Bracket& bracket : brackets) {
+        for (const std::int64_t place : {bracket.lowPlace, bracket.highPlace}) {
+            if (inSample(place)) places.push_back(place);
+        }
+    }
+    std::vector<double> ends(places.size());
+    selectAll(sample, 0, {places, ends});
+
     // An end at or below the missing value would let missing cells in.
     const double lowest = std::nextafter(kMissing, 0.0);
-    std::sort(sample.begin(), sample.end());
+    auto end = ends.cbegin();
     for (Bracket& bracket : brackets) {
-        bracket.low = bracket.lowPlace < 0
-                          ? lowest
-                          : std::max(lowest, sample[static_cast<std::size_t>(bracket.lowPlace)]);
-        bracket.high = bracket.highPlace < std::ssize(sample)
-                           ? sample[static_cast<std::size_t>(bracket.highPlace)]
-                           : std::numeric_limits<double>::infinity();
+        bracket.low = inSample(bracket.lowPlace) ? std::max(lowest, *end++) : lowest;
+        bracket.high = inSample(bracket.highPlace) ? *end++ : std::numeric_limits<double>::infinity();
     }
 }
 
@@ -140,16 +147,12 @@ class Gathered {
     // False when the bracket holds far more cells than the sample told.
     bool take(std::span<const double> block) {
         if (nInside_ + block.size() > capacity_) return false;
-        const BracketCounts counts =
-            kernels().countBracket(block.data(), block.size(), bracket_.low, bracket_.high);
+        const BracketCounts counts = kernels().scanBracket(block.data(), block.size(), bracket_.low,
+                                                           bracket_.high, inside_.get() + nInside_);
         nBelow_ += counts.nBelow;
         nAtLow_ += counts.nAtLow;
         nAtHigh_ += counts.nAtHigh;
-        for (const double x : block) {
-            inside_[nInside_] = x;
-            nInside_ +=
-                static_cast<std::size_t>(x > bracket_.low) & static_cast<std::size_t>(x < bracket_.high);
-        }
+        nInside_ += counts.nInside;
         return true;
     }
 
@@ -160,17 +163,19 @@ class Gathered {
         const std::int64_t inside = atLow + nAtLow_;
         const std::int64_t atHigh = inside + static_cast<std::int64_t>(nInside_);
         const std::int64_t above = atHigh + (bracket_.low < bracket_.high ? nAtHigh_ : 0);
-        if (wanted.ranks.front() < atLow || wanted.ranks.back() >= above) return false;
+        const bool holdsAllAbove = bracket_.high == std::numeric_limits<double>::infinity();
+        if (wanted.ranks.front() < atLow || (wanted.ranks.back() >= above && !holdsAllAbove)) return false;
         const auto before = [&](std::int64_t rank) {
             return static_cast<std::size_t>(std::lower_bound(wanted.ranks.begin(), wanted.ranks.end(), rank) -
                                             wanted.ranks.begin());
         };
         const std::size_t firstInside = before(inside);
         const std::size_t firstAtHigh = before(atHigh);
-        std::fill_n(wanted.values.begin(), firstInside, bracket_.low);
+        const std::size_t firstNan = before(above);
+        std::ranges::fill(wanted.values.first(firstInside), bracket_.low);
         selectAll({inside_.get(), nInside_}, inside, wanted.part(firstInside, firstAtHigh - firstInside));
-        std::fill(wanted.values.begin() + static_cast<std::ptrdiff_t>(firstAtHigh), wanted.values.end(),
-                  bracket_.high);
+        std::ranges::fill(wanted.values.subspan(firstAtHigh, firstNan - firstAtHigh), bracket_.high);
+        std::ranges::fill(wanted.values.subspan(firstNan), std::numeric_limits<double>::quiet_NaN());
         return true;
     }
 

@@ -17,6 +17,13 @@ constexpr std::size_t kBlock =
 constexpr std::size_t kChunk = 32 * kBlock;    // rows that one thread takes at a time
 constexpr std::size_t kParallelFrom = 131072;  // cells; below, starting threads costs more than it gains
 
+// mean = base + step, with what the rounding of this sum loses: Knuth (1997), TAOCP 2, 4.2.2, theorem B.
+void setMean(double base, double step, Summary& summary) {
+    summary.mean = base + step;
+    const double stepTaken = summary.mean - base;
+    summary.meanLost = (base - (summary.mean - stepTaken)) + (step - stepTaken);
+}
+
 // Mean and squares of a block whose sum is not finite: scaled down so that it cannot overflow. Infinite and NaN
 // cells keep their say.
 void rescue(const double* cells, const double* weights, std::size_t n, Summary& summary) {
@@ -38,6 +45,7 @@ void rescue(const double* cells, const double* weights, std::size_t n, Summary& 
         squares += w * delta * (x - mean);
     }
     summary.mean = mean / kScale;
+    summary.meanLost = 0.0;
     summary.sumSquares =
         std::isfinite(mean) ? squares / kScale / kScale : std::numeric_limits<double>::quiet_NaN();
 }
@@ -102,12 +110,13 @@ Summary summarizeBlock(const double* cells, const double* weights, std::size_t n
         summary.maximum = IsMissingValue(sums.maximum) ? greatestBelowMarker(cells, n) : sums.maximum;
     }
     if (sums.nUsed == 0) return summary;
-    summary.mean = centre + sums.deviations / sums.weight;
+    setMean(centre, sums.deviations / sums.weight, summary);
     summary.sumSquares = std::max(squaresAboutMean(sums), 0.0);
     if (!std::isfinite(summary.mean) || !std::isfinite(sums.squares)) {
         rescue(cells, weights, n, summary);
     } else if (sums.minimum == sums.maximum) {
         summary.mean = sums.minimum;
+        summary.meanLost = 0.0;
         summary.sumSquares = 0.0;
     }
     return summary;
@@ -142,6 +151,7 @@ Summary summarizeRows(const ColumnView& column, std::size_t first, std::size_t n
     Summary beyond = summarizeChunk(cells + nWeighted, nullptr, n - nWeighted);
     beyond.nUsed = 0;
     beyond.mean = kMissing;
+    beyond.meanLost = 0.0;
     beyond.sumSquares = 0.0;
     beyond.weight = 0.0;
     if (nWeighted == 0) return beyond;
@@ -174,10 +184,10 @@ double greater(double a, double b) {
 void mergeMoments(const Summary& a, const Summary& b, Summary& both) {
     const double weight = a.weight + b.weight;
     const double share = b.weight / weight;
-    const double delta = b.mean - a.mean;
+    const double delta = (b.mean - a.mean) + (b.meanLost - a.meanLost);
     both.weight = weight;
     if (std::isfinite(delta)) {
-        both.mean = a.mean + delta * share;
+        setMean(a.mean, delta * share + a.meanLost, both);
         both.sumSquares = a.sumSquares + b.sumSquares + delta * delta * (a.weight * share);
     } else if (std::isfinite(a.mean) && std::isfinite(b.mean)) {
         both.mean = a.mean * (a.weight / weight) + b.mean * share;

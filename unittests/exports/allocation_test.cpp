@@ -16,17 +16,20 @@ namespace {
 std::atomic<long> allocationsLeft{-1};  // -1: none fails
 std::atomic<long> liveAllocations{0};
 
-void* allocateCounted(std::size_t size) {
-    if (allocationsLeft >= 0 && allocationsLeft-- == 0) {
-        allocationsLeft = -1;
-        return nullptr;
-    }
+// Not inlined: the compiler would see malloc behind new and free behind delete, and warn.
+[[gnu::noinline]] void* allocateCounted(std::size_t size) noexcept {
     void* memory = std::malloc(size == 0 ? 1 : size);
     if (memory != nullptr) ++liveAllocations;
     return memory;
 }
 
-void releaseCounted(void* memory) {
+bool failsNow() {
+    if (allocationsLeft < 0 || allocationsLeft-- != 0) return false;
+    allocationsLeft = -1;
+    return true;
+}
+
+[[gnu::noinline]] void releaseCounted(void* memory) {
     if (memory == nullptr) return;
     --liveAllocations;
     std::free(memory);
@@ -35,9 +38,12 @@ void releaseCounted(void* memory) {
 }  // namespace
 
 void* operator new(std::size_t size) {
-    if (void* memory = allocateCounted(size)) return memory;
+    if (!failsNow()) {
+        if (void* memory = allocateCounted(size)) return memory;
+    }
     throw std::bad_alloc();
 }
+// Those who ask for no exception have another way when memory is short, so failing here proves nothing.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     return allocateCounted(size);
 }
