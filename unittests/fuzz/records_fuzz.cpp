@@ -51,11 +51,14 @@ void callSummaryDoor(Bytes& in, Arrays& arrays, Records& records) {
         default: {
             ST_DataSet result = records.dataSet();
             QUORIXInfo host{};
-            char16_t all[] = u"all";
-            std::vector<char16_t*> messages(kMessages, in.oneIn(2) ? all : nullptr);
+            // Every entry of the caller's messages is one automation string.
+            constexpr OLECHAR kAll[] = {'a', 'l', 'l', 0};
+            const BSTR all = in.oneIn(2) ? SysAllocString(kAll) : nullptr;
+            std::vector<char16_t*> messages(kMessages, reinterpret_cast<char16_t*>(all));
             Cpp_GetStatsAndRestructure2_ST(source, in.count(1), in.flag(), orNull(in, result),
                                            in.oneIn(3) ? nullptr : messages.data(), orNull(in, system),
                                            orNull(in, host));
+            SysFreeString(all);
         }
     }
 }
