@@ -61,7 +61,7 @@ void addInput(CLI::App& command, Options& options, RawOptions& raw) {
     add("--decimal", raw.decimalMark, "Decimal mark: . or , (guessed)");
     add("--quote", raw.quote, "Quote character, or none (guessed)");
     add("--encoding", raw.encoding, "utf-8, utf-16le, utf-16be, latin-1 or windows-1252 (guessed)");
-    add("--skip", options.csv.skip, "Lines to skip before the header");
+    add("--skip", options.csv.skip, "Lines to skip before the header")->check(CLI::NonNegativeNumber);
     add("--missing", raw.missing,
         "Words for missing cells, separated by commas, besides the empty cell and\n" +
             wordList(std::begin(kMissingWords), std::end(kMissingWords)))
@@ -127,6 +127,7 @@ void addCommands(CLI::App& app, Options& options, RawOptions& raw) {
     describe
         ->add_option("--max-categories", options.output.maxCategories,
                      "Text columns with more different texts are left out (50)")
+        ->check(CLI::NonNegativeNumber)
         ->group(kOutputGroup);
     describe->callback([&options] { options.command = Command::kDescribe; });
 

@@ -84,18 +84,17 @@ Fit measure(std::string_view text, const Dialect& dialect, bool header,
 char guessQuote(std::string_view text, char separator) {
     const std::string_view sample = text.substr(0, kSampleBytes);
     if (sample.find('"') != std::string_view::npos) return '"';
-    const Dialect plain{separator, '.', '\0', guessNewline(text)};
+    const Dialect quoting{separator, '.', '\'', guessNewline(text)};
     std::size_t nQuoted = 0;
-    std::size_t nOdd = 0;
-    for (const auto& record : sampleRecords(text, plain)) {
+    std::size_t nBroken = 0;
+    for (const auto& record : sampleRecords(text, quoting)) {
         for (const Field& field : record) {
-            const bool opens = field.text.starts_with('\'');
-            const bool closes = field.text.size() > 1 && field.text.ends_with('\'');
-            nQuoted += opens && closes;
-            nOdd += opens != closes;
+            const bool broken = field.open || field.trailing;
+            nQuoted += field.quoted && !broken;
+            nBroken += broken;
         }
     }
-    return nQuoted > 1 && nQuoted > 10 * nOdd ? '\'' : '"';
+    return nQuoted > 1 && nQuoted > 10 * nBroken ? '\'' : '"';
 }
 
 char guessDecimalMark(std::string_view text, Dialect dialect, bool header,

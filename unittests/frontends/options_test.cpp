@@ -1,0 +1,85 @@
+#include "cli/options.hpp"
+
+#include <gtest/gtest.h>
+
+#include "cli/errors.hpp"
+
+namespace numcore::cli {
+namespace {
+
+Options parse(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "numcore");
+    int exitCode = 0;
+    return parseOptions(arguments, exitCode).value();
+}
+
+TEST(Options, ReadsWhatBothCommandsShare) {
+    const Options options = parse({"describe",  "-",       "-s",        "tab",    "--decimal",
+                                   ",",         "--quote", "none",      "--skip", "2",
+                                   "--missing", "-999,.x", "--missing", "-",      "--no-header",
+                                   "--ragged",  "fill",    "-c",        "1-3",    "--columns=b,c",
+                                   "-w",        "w",       "--by",      "g",      "--digits",
+                                   "4",         "-f",      "md",        "-o",     "x.csv"});
+    EXPECT_EQ(options.command, Command::kDescribe);
+    EXPECT_EQ(options.file, "-");
+    EXPECT_EQ(options.csv.separator, '\t');
+    EXPECT_EQ(options.csv.decimalMark, ',');
+    EXPECT_EQ(options.csv.quote, '\0');
+    EXPECT_EQ(options.csv.skip, 2U);
+    EXPECT_EQ(options.csv.missingWords, (std::vector<std::string>{"-999", ".x", "-"}));
+    EXPECT_FALSE(options.csv.header);
+    EXPECT_TRUE(options.csv.fillRagged);
+    EXPECT_EQ(options.selection.columns, (std::vector<std::string>{"1-3", "b,c"}));
+    EXPECT_EQ(options.selection.weights, "w");
+    EXPECT_EQ(options.selection.by, "g");
+    EXPECT_EQ(options.output.digits, 4);
+    EXPECT_EQ(options.output.format, Format::kMarkdown);
+}
+
+TEST(Options, ReadsQuantileRequests) {
+    const Options plain = parse({"quantile", "f.csv"});
+    EXPECT_EQ(plain.command, Command::kQuantile);
+    EXPECT_EQ(plain.quantile.orders, (std::vector<double>{0.25, 0.5, 0.75}));
+    EXPECT_EQ(plain.quantile.methods, std::vector<int>{5});
+    const Options full =
+        parse({"quantile", "f.csv", "--p", "0.1,10%", "-p", "0.9", "-m", "r7,3", "--confidence", "0.9"});
+    EXPECT_EQ(full.quantile.orders, (std::vector<double>{0.1, 0.9}));
+    EXPECT_EQ(full.quantile.methods, (std::vector<int>{5, 3}));
+    EXPECT_EQ(full.quantile.confidence, 0.9);
+}
+
+TEST(Options, RefusesWhatMakesNoSense) {
+    const std::vector<std::vector<std::string>> cases{
+        {},
+        {"describ", "f.csv"},
+        {"describe"},
+        {"describe", "a.csv", "b.csv"},
+        {"describe", "f.csv", "--colour"},
+        {"describe", "f.csv", "-s", ",,"},
+        {"describe", "f.csv", "-s", "5"},
+        {"describe", "f.csv", "-s", ",", "--decimal", ","},
+        {"describe", "f.csv", "--decimal", ";"},
+        {"describe", "f.csv", "--encoding", "ebcdic"},
+        {"describe", "f.csv", "--format", "pdf"},
+        {"describe", "f.csv", "--digits", "0"},
+        {"describe", "f.csv", "--skip", "-1"},
+        {"describe", "f.csv", "--ragged", "maybe"},
+        {"quantile", "f.csv", "-w", "w", "-m", "5"},
+        {"quantile", "f.csv", "--confidence", "95"},
+    };
+    for (const auto& arguments : cases) EXPECT_THROW(parse(arguments), UsageError) << arguments.size();
+}
+
+TEST(Completion, OffersTheOptionsThatExist) {
+    for (const char* shell : {"bash", "zsh", "fish"}) {
+        const std::string script = completionScript(shell);
+        for (const char* word :
+             {"describe", "quantile", "max-categories", "confidence", "markdown", "windows-1252"}) {
+            EXPECT_NE(script.find(word), std::string::npos) << shell << " " << word;
+        }
+    }
+    EXPECT_THROW(completionScript("csh"), UsageError);
+}
+
+}  // namespace
+}  // namespace numcore::cli
