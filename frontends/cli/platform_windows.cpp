@@ -1,12 +1,12 @@
 #include "cli/platform.hpp"
 
-// windows.h comes first: the others need its types.
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
 #endif
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
+// windows.h comes first: the others need its types.
 #include <windows.h>
 
 #include <fcntl.h>

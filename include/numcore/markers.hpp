@@ -12,6 +12,8 @@ inline constexpr double kMissing = NUMCORE_MISSING;
 inline constexpr double kOverflow = NUMCORE_OVERFLOW;
 
 /// A 16-bit automation boolean: only -1 is true.
-constexpr bool isTrue(std::int16_t flag) noexcept { return flag == NUMCORE_TRUE; }
+constexpr bool isTrue(std::int16_t flag) noexcept {
+    return flag == NUMCORE_TRUE;
+}
 
 }  // namespace numcore

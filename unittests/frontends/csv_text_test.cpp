@@ -110,6 +110,21 @@ TEST(Fields, KnowQuotesBlanksAndLineEnds) {
     EXPECT_TRUE(fields[1].open);
 }
 
+// Two ways over a record must end at the same place.
+TEST(Fields, SkippingAndReadingARecordAgree) {
+    std::vector<Field> fields;
+    for (const char quote : {'"', '\0'}) {
+        const Dialect dialect{',', '.', quote, '\n'};
+        for (const char* text :
+             {"a,b\nc", "\"a\nb\",c\nd", "a \"x\n\"b", " \"a\n\" ,b\nc", "\"a\"\"\n\",b\nc", "\"a\" \"b\n\"c\n",
+              "5\",\"\n\"\n", ",\"\"\n\"", "\"a", "", "\n\n", "\"\"\"\n\"\"\"\nx", "a,\t\"b\n\",c\nd"}) {
+            const char* end = text + std::string_view(text).size();
+            EXPECT_EQ(skipRecord(text, end, dialect) - text, readRecord(text, end, dialect, fields) - text)
+                << text;
+        }
+    }
+}
+
 TEST(Cells, TellNumbersMissingCellsAndTexts) {
     const CellReader reader('.', {"NA", "NaN", "-999", "."});
     const CellReader comma(',', {});

@@ -49,10 +49,10 @@ void checkColumn(const CsvColumn& column, std::size_t nRows, std::string_view te
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) return 0;
-    std::string bytes(data + 1, data + size);
+    const std::string bytes(data + 1, data + size);
     try {
         Progress progress(false);
-        CsvFile file(Input::fromBytes(std::move(bytes)), "input", optionsFrom(data[0]));
+        CsvFile file(Input::fromBytes(bytes), "input", optionsFrom(data[0]));
         const CsvData table = file.load(std::vector<Want>(file.names().size(), Want::kAsIs), progress);
         require(table.columns.size() == file.names().size());
         require(file.lineOfRow(table.nRows - 1) >= 1);

@@ -71,12 +71,22 @@ bool isBlankLine(const char* at, const char* end, const Dialect& dialect, const 
     return true;
 }
 
+// Looks at quotes and line ends only, where `scanField` looks at every byte.
 const char* skipRecord(const char* at, const char* end, const Dialect& dialect) {
-    Field field;
+    const char* seen = at;  // the record's start, or behind a quote
     for (;;) {
-        at = scanField(at, end, dialect, field);
-        if (at == end) return end;
-        if (*at++ == dialect.newline) return at;
+        const char* newline = findByte(seen, end, dialect.newline);
+        const char* quote = dialect.quote == '\0' ? newline : findByte(seen, newline, dialect.quote);
+        if (quote == newline) return newline == end ? end : newline + 1;
+        const char* before = quote;
+        while (before != seen && isBlank(before[-1]) && before[-1] != dialect.separator) --before;
+        const bool opens = before == at || (before != seen && before[-1] == dialect.separator);
+        seen = quote + 1;
+        if (!opens) continue;
+        bool doubled = false;
+        const char* close = closingQuote(seen, end, dialect.quote, doubled);
+        if (close == end) return end;
+        seen = close + 1;
     }
 }
 

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <new>
 
 #include "cli/csv/encoding.hpp"
 #include "cli/errors.hpp"
@@ -16,13 +17,15 @@ namespace numcore::cli {
 namespace {
 
 /// Reads a stream to its end in growing blocks.
-std::vector<char> readAll(std::FILE* stream, const std::string& name, Progress& progress) {
+Bytes readAll(std::FILE* stream, const std::string& name, Progress& progress) {
     constexpr std::size_t kFirstBlock = std::size_t{1} << 16;
-    std::vector<char> bytes;
+    constexpr std::size_t kLargestRead = std::size_t{1} << 22;
+    Bytes bytes;
     std::size_t used = 0;
     for (;;) {
         if (bytes.size() - used < kFirstBlock) bytes.resize(std::max(kFirstBlock, bytes.size() * 2));
-        const std::size_t got = std::fread(bytes.data() + used, 1, bytes.size() - used, stream);
+        const std::size_t got =
+            std::fread(bytes.data() + used, 1, std::min(kLargestRead, bytes.size() - used), stream);
         used += got;
         progress.report(used, 0);
         if (got == 0) break;
@@ -34,6 +37,15 @@ std::vector<char> readAll(std::FILE* stream, const std::string& name, Progress& 
 }
 
 }  // namespace
+
+void Bytes::resize(std::size_t size) {
+    // One more byte: nothing to reallocate to is no failure.
+    char* data = static_cast<char*>(std::realloc(data_.get(), size + 1));
+    if (data == nullptr) throw std::bad_alloc();
+    static_cast<void>(data_.release());
+    data_.reset(data);
+    size_ = size;
+}
 
 Input Input::open(const std::string& file, Progress& progress) {
     Input input;
@@ -58,10 +70,10 @@ Input Input::open(const std::string& file, Progress& progress) {
     return input;
 }
 
-Input Input::fromBytes(std::string bytes) {
+Input Input::fromBytes(std::string_view bytes) {
     Input input;
-    input.bytes_.assign(bytes.begin(), bytes.end());
-    input.text_ = {input.bytes_.data(), input.bytes_.size()};
+    input.converted_.assign(bytes.begin(), bytes.end());
+    input.text_ = {input.converted_.data(), input.converted_.size()};
     return input;
 }
 
@@ -82,10 +94,10 @@ void Input::decode(std::optional<Encoding> given, std::vector<std::string>& warn
         warnings.push_back("the text is not well-formed UTF-8; bad bytes show as U+FFFD");
     }
     if (encoding_ == Encoding::kUtf8) return;
-    std::vector<char> converted = convertToUtf8(text_, encoding_);
-    bytes_ = std::move(converted);
+    converted_ = convertToUtf8(text_, encoding_);
     mapping_ = FileMapping();
-    text_ = {bytes_.data(), bytes_.size()};
+    bytes_ = Bytes();
+    text_ = {converted_.data(), converted_.size()};
 }
 
 const char* encodingName(Encoding encoding) {
