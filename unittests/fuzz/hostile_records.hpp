@@ -165,8 +165,9 @@ class Arrays {
         std::vector<SAFEARRAYBOUND> bounds;
         for (const std::uint32_t n : sizes) bounds.push_back({n, static_cast<std::int32_t>(in_.below(3))});
         // Another type than asked for stays zeroed: its zeros are sound whatever they are taken for.
-        const bool otherType = in_.oneIn(16);
-        const VARTYPE type = kTypes[otherType ? in_.below(std::size(kTypes)) : static_cast<unsigned>(cells)];
+        const VARTYPE wanted = kTypes[static_cast<unsigned>(cells)];
+        const VARTYPE type = in_.oneIn(16) ? kTypes[in_.below(std::size(kTypes))] : wanted;
+        const bool otherType = type != wanted;
         SAFEARRAY* array = SafeArrayCreate(type, static_cast<std::uint32_t>(bounds.size()), bounds.data());
         if (array == nullptr) return nullptr;
         if (!otherType) fill(cells, *array);
@@ -198,7 +199,9 @@ class Arrays {
                 array.cbElements = in_.below(4);
                 break;
             case 4:
-                array.cDims = 0;
+                // Taken for a column of as many elements as the first pair says: with another pair of 0 it
+                // would announce elements that the array does not have.
+                if (count(array) != 0) array.cDims = 0;
                 break;
             default:
                 array.cLocks = in_.below(3);
