@@ -24,6 +24,7 @@ std::vector<std::string> split(const std::string& line, char separator) {
 double number(const std::string& text) {
     if (text == "MISSING" || text.empty()) return NUMCORE_MISSING;
     if (text == "OVERFLOW") return NUMCORE_OVERFLOW;
+    if (text == "UINT_BAD") return 4294967295.0;
     if (text == "NAN") return std::nan("");
     if (text == "INF") return HUGE_VAL;
     if (text == "-INF") return -HUGE_VAL;

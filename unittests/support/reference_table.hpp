@@ -14,8 +14,8 @@ class Row {
   public:
     Row(std::map<std::string, std::string> cells, int line) : cells_(std::move(cells)), line_(line) {}
 
-    /// The cell as a number: decimal or "MISSING", "OVERFLOW", "NAN", "INF", "-INF". Fails the test when
-    /// absent.
+    /// The cell as a number: decimal or "MISSING", "OVERFLOW", "UINT_BAD", "NAN", "INF", "-INF". Fails the test
+    /// when absent.
     double operator[](const std::string& column) const;
     /// The cell as text; empty when absent.
     std::string text(const std::string& column) const;
