@@ -17,6 +17,13 @@ constexpr double kErrorTolerance = 100.0 * kEpsilon;
 constexpr double kHalfRootPi = 0.88622692545275801365;
 constexpr double kInverseRootPi = 0.56418958354775628695;
 
+// Coefficients of sinh(s) / s in s^2.
+constexpr auto kSinhSeries = [] {
+    std::array<double, kGammaTerms + 1> c = {1.0};
+    for (std::size_t n = 1; n < c.size(); ++n) c[n] = c[n - 1] / static_cast<double>(2 * n * (2 * n + 1));
+    return c;
+}();
+
 using Series = std::array<double, kErrorTerms + 2>;
 
 // The exponent of the integrand, at t from the mean, is t^2 (1/a + 1/b) / 2 near it. With s = t over the
@@ -60,7 +67,6 @@ double gammaExpansion(const Arguments& at, double base) {
                           std::exp(at.b * std::log(-logX) - z - logGammaRatio(at.b, at.a));
     if (factor == 0.0) return base;
 
-    std::array<double, kGammaTerms + 1> sinhSeries = {1.0};
     std::array<double, kGammaTerms + 1> raised = {1.0};
     const double scale = 0.25 / (order * order);
     const double square = 0.25 * logX * logX;
@@ -73,8 +79,7 @@ double gammaExpansion(const Arguments& at, double base) {
         const double shape = at.b + (twice - 2.0);
         integral = (shape * (shape + 1.0) * integral + (z + shape + 1.0) * power) * scale;
         power *= square;
-        sinhSeries[n] = sinhSeries[n - 1] / (twice * (twice + 1.0));
-        raised[n] = coefficientOfPower(sinhSeries, raised, n, at.b - 1.0);
+        raised[n] = coefficientOfPower(kSinhSeries, raised, n, at.b - 1.0);
         const double step = raised[n] * integral;
         sum += step;
         if (!(sum > 0.0)) return base;
