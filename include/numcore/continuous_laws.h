@@ -75,9 +75,9 @@ NUMCORE_API double CDFStudent(double x, double nu);
  *  @param p  probability
  *  @param nu degrees of freedom, > 0, infinity allowed; the expansion is meant for 1 and more
  *  @return the quantile: exact for nu = 1 and 2; beyond 1e20 `InvCDFNormalStd`; otherwise within 1e-5 from 3
- *          degrees of freedom on and 1e-6 from 10, but off by per cents between 1 and 2 (kept: no refinement).
- * The overflow marker at p = 1; its negative twin, which is the missing value, at p = 0; the missing value
- *          where the expansion has none (some nu below 1)
+ *          degrees of freedom on and 1e-6 from 10, but off by per cents between 1 and 2 and useless below
+ * (kept: no refinement). The overflow marker at p = 1; its negative twin, which is the missing value, at p = 0;
+ * the missing value for nu <= 1/2 and where the expansion has no value
  *
  *  CACM Algorithm 396, Hill (1970), Comm. ACM 13:619-620. Deliberate difference: the normal branch also for
  *  nu < 2.1 where the two-sided probability exceeds 1/2. */

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 #include "distributions/laws/checks.hpp"
 #include "distributions/special/beta_ratio.hpp"
@@ -20,6 +21,7 @@ using numcore::basecore::Pi;
 
 constexpr double kSquareDominates = 1e16;  // 1 is lost beside x^2 / nu
 constexpr double kNormalDegrees = 1e20;
+constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
 
 // Hill's constants, by power where there are several.
 constexpr double kShift = 0.5;
@@ -94,7 +96,7 @@ class HillExpansion {
 double upperQuantile(double twoSided, double nu) {
     if (nu == 1.0) return 1.0 / std::tan(0.5 * Pi() * twoSided);
     if (nu == 2.0) return std::sqrt(2.0 / (twoSided * (2.0 - twoSided)) - 2.0);
-    return HillExpansion(twoSided, nu).quantile();
+    return nu > kShift ? HillExpansion(twoSided, nu).quantile() : kNoNumber;
 }
 
 // P(|T| > |x|) / 2
@@ -121,7 +123,7 @@ double CDFStudent(double x, double nu) {
 
 double InvCDFStudent(double p, double nu) {
     if (!(nu > 0.0) || !isProbability(p)) return kMissing;
-    if (p == 0.0) return -kOverflow;  // the bits of the missing value
+    if (p == 0.0) return -kOverflow;  // that is the missing value
     if (p == 1.0) return kOverflow;
     if (nu > kNormalDegrees) return InvCDFNormalStd(p);
     const double size = upperQuantile(2.0 * std::min(p, 1.0 - p), nu);
