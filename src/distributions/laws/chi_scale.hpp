@@ -24,10 +24,11 @@ void averageOverChiScale(const ChiScaleRule& rule, Add add) {
     constexpr int kMaxNodes = 5000;
     const double nu = rule.nu;
     // Density of ln s: sqrt(nu / pi) e^(-error) exp(nu (ln s - (s^2 - 1) / 2)), about the mode.
+    const double mode2 = rule.mode * rule.mode;
     const double mode2Minus1 = std::fma(rule.mode, rule.mode, -1.0);
     const double atMode = std::sqrt(nu / basecore::Pi()) *
-                          std::exp(0.5 * nu * log1pMinus(mode2Minus1) - stirlingError(0.5 * nu)) * rule.step;
-    const double halfMode2 = 0.5 * (1.0 + mode2Minus1);
+                          std::exp(0.5 * nu * log1pMinus(mode2Minus1, mode2) - stirlingError(0.5 * nu)) * rule.step;
+    const double halfMode2 = 0.5 * mode2;
     const auto weightAt = [&](double u) {
         return atMode * std::exp(-nu * (mode2Minus1 * u + halfMode2 * expm1Minus(2.0 * u)));
     };
