@@ -61,6 +61,7 @@ template class Table<ST_MVectStr>;
 
 NumericTable numericTable(const std::vector<std::pair<std::u16string, std::vector<double>>>& columns) {
     std::vector<Array> cells;
+    cells.reserve(columns.size());
     for (const auto& column : columns) cells.push_back(Array::doubles(column.second));
     NumericTable out(std::move(cells));
     for (std::size_t j = 0; j < columns.size(); ++j) out.setLabel(j, columns[j].first);

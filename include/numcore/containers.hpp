@@ -239,9 +239,9 @@ matrix<T>::matrix(std::int32_t rows, std::int32_t columns,
                   char16_t* const* texts) requires std::is_same_v<T, u16string> {
     if (rows < 1 || columns < 1) return;
     const std::int32_t size = detail::checkedSize(rows, columns);
-    auto cells = std::make_unique<u16string[]>(static_cast<std::size_t>(size));
+    auto cells = std::make_unique<T[]>(static_cast<std::size_t>(size));
     // The entries are BSTRs: seen as slots they carry their own lengths.
-    const auto* slots = reinterpret_cast<const u16string*>(texts);
+    const auto* slots = reinterpret_cast<const T*>(texts);
     for (std::int32_t i = 0; texts != nullptr && i < size; ++i) cells[static_cast<std::size_t>(i)] = slots[i];
     data_ = cells.release();
     setShape(rows, columns);

@@ -161,7 +161,7 @@ std::int32_t ExtractRowsIntoNewTable_ST(cST_DataSet& source, cST_Vect<std::int32
     if (isTrue(source.weightsPresent)) copyWeights(source, destination, pick);
     copyListsAndLabels(source, destination, true, pick);
     destination.nRows = pick.count;
-    return pick.count;
+    return destination.nRows;
 }
 
 void RemoveRowsMissingSTDataSet(cST_DataSet& data) {

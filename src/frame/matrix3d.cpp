@@ -142,7 +142,10 @@ matrix3D<T>::matrix3D(SAFEARRAY* array, std::int32_t nRows) requires(!std::is_sa
 template <class T>
 matrix3D<T>::matrix3D(std::int32_t n, SAFEARRAY** arrays) requires std::is_same_v<T, matrix<double>>
     : matrix3DBase<T>(arrays == nullptr ? 0 : n) {
-    for (std::int32_t k = 0; k < this->count(); ++k) this->setSlice(k, std::make_unique<T>(arrays[k]));
+    // The requirement again, for compilers that instantiate the constructor for every T.
+    if constexpr (std::is_same_v<T, matrix<double>>) {
+        for (std::int32_t k = 0; k < this->count(); ++k) this->setSlice(k, std::make_unique<T>(arrays[k]));
+    }
 }
 
 template <class T>

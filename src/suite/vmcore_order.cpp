@@ -202,6 +202,7 @@ bool selectInBrackets(std::span<const double> cells, std::int64_t nPresent, cons
     if (brackets.size() > kMostBrackets) return false;
     setEnds(brackets, sample);
     std::vector<Gathered> gathered;
+    gathered.reserve(brackets.size());
     for (const Bracket& bracket : brackets) gathered.emplace_back(bracket, cells.size(), sample.size());
     for (std::size_t first = 0; first < cells.size(); first += kBlock) {
         const auto block = cells.subspan(first, std::min(kBlock, cells.size() - first));

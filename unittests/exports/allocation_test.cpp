@@ -144,11 +144,13 @@ class Caller {
     }
     ST_MVectDbl numbers(const std::vector<std::vector<double>>& columns) {
         std::vector<SAFEARRAY*> cells;
+        cells.reserve(columns.size());
         for (const auto& column : columns) cells.push_back(doubles(column));
         return columnSet<ST_MVectDbl>(cells, static_cast<std::int32_t>(columns[0].size()));
     }
     ST_MVectStr texts(const std::vector<std::vector<const char16_t*>>& columns) {
         std::vector<SAFEARRAY*> cells;
+        cells.reserve(columns.size());
         for (const auto& column : columns) cells.push_back(strings(column));
         return columnSet<ST_MVectStr>(cells, static_cast<std::int32_t>(columns[0].size()));
     }

@@ -42,7 +42,7 @@ TEST(CallerArray, OwnsVectorsMatricesAndTexts) {
     EXPECT_TRUE(texts.asDoubles().size() == 2 && Array().asDoubles().empty());
     Array moved = std::move(texts);
     EXPECT_EQ(moved.text(0), u"two");
-    EXPECT_EQ(texts.get(), nullptr);
+    EXPECT_EQ(texts.get(), nullptr);  // NOLINT(bugprone-use-after-move): what a move leaves behind
     EXPECT_THROW(Array::doubles(std::size_t{1} << 40), std::bad_alloc);
 }
 

@@ -73,11 +73,8 @@ class Bytes {
     }
 
   private:
-    static constexpr std::uint64_t kMultiplier = 6364136223846793005u;
-
     const std::uint8_t* next_;
     const std::uint8_t* end_;
-    std::uint64_t state_ = 0;
 };
 
 enum class Cells { kDouble, kInteger, kShort, kText, kVariant };
@@ -163,6 +160,7 @@ class Arrays {
         if (in_.oneIn(14)) sizes.push_back(1 + in_.below(3));
         if (in_.oneIn(24)) sizes.resize(1);
         std::vector<SAFEARRAYBOUND> bounds;
+        bounds.reserve(sizes.size());
         for (const std::uint32_t n : sizes) bounds.push_back({n, static_cast<std::int32_t>(in_.below(3))});
         // Another type than asked for stays zeroed: its zeros are sound whatever they are taken for.
         const VARTYPE wanted = kTypes[static_cast<unsigned>(cells)];

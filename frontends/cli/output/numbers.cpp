@@ -45,7 +45,7 @@ std::string exactNumber(double value) {
 
 std::string readableNumber(double value, ColumnKind kind, const TextStyle& style) {
     if (kind == ColumnKind::kValue && !style.digitsGiven) {
-        const std::string text = significant(value, kValueDigits, 0);
+        std::string text = significant(value, kValueDigits, 0);
         if (std::strtod(text.c_str(), nullptr) == value) return text;
     }
     return significant(value, style.digits, style.digitsGiven ? 0 : kFewestDecimals);
