@@ -1,0 +1,52 @@
+// Trapezoidal law: rising on [a, b], flat on [b, c], falling on [c, d].
+
+#include <cmath>
+
+#include "distributions/laws/law_domain.hpp"
+#include "numcore/closed_form_laws.h"
+#include "suite/basecore.hpp"
+
+using namespace numcore;
+using namespace numcore::distributions;
+
+namespace {
+
+bool inOrder(double a, double b, double c, double d) {
+    return a <= b && b <= c && c <= d;
+}
+
+// Of the flat part; infinite where all four bounds coincide.
+double height(double a, double b, double c, double d) {
+    return 2.0 / ((d - a) + (c - b));
+}
+
+}  // namespace
+
+double PDFTrapezoidal(double x, double a, double b, double c, double d) {
+    if (!inOrder(a, b, c, d)) return kMissing;
+    if (x < a || x > d) return 0.0;
+    const double h = height(a, b, c, d);
+    if (x < b) return h * ((x - a) / (b - a));
+    return x <= c ? markInfinite(h) : h * ((d - x) / (d - c));
+}
+
+double CDFTrapezoidal(double x, double a, double b, double c, double d) {
+    if (!inOrder(a, b, c, d)) return kMissing;
+    if (x >= d) return 1.0;  // first: where all four coincide, all of the mass is there
+    if (x <= a) return 0.0;
+    const double h = height(a, b, c, d);
+    if (x < b) return 0.5 * h * (x - a) * ((x - a) / (b - a));
+    if (x <= c) return h * (0.5 * (b - a) + (x - b));
+    return 1.0 - 0.5 * h * (d - x) * ((d - x) / (d - c));
+}
+
+double InvCDFTrapezoidal(double p, double a, double b, double c, double d) {
+    if (!inOrder(a, b, c, d) || !isProbability(p)) return kMissing;
+    if (a == d) return a;
+    const double h = height(a, b, c, d);
+    const double area = p / h;
+    if (area < 0.5 * (b - a)) return a + basecore::sqr(2.0 * area * (b - a));
+    const double areaAbove = (1.0 - p) / h;
+    if (areaAbove < 0.5 * (d - c)) return d - basecore::sqr(2.0 * areaAbove * (d - c));
+    return b + (area - 0.5 * (b - a));
+}
