@@ -97,8 +97,8 @@ NUMCORE_API double InvCDFNormalStd(double p);
 /** Gamma function.
  *
  *  @param x any number; NaN gives NaN
- *  @return Gamma(x) to about 1e-15 relative, less close to the negative whole numbers; the overflow marker for
- *          x > 170 and at 0, -1, -2, ...
+ *  @return Gamma(x) to about 1e-15 relative, the overflow marker for x > 170, at 0, -1, -2, ...
+ *          and where 1 / x overflows
  *
  *  Power series of 1 / Gamma with 26 terms, Zhang and Jin (1996), Computation of Special Functions, GAMMA2. */
 NUMCORE_API double GammaF(double x);
@@ -122,8 +122,10 @@ NUMCORE_API double Trigamma(double x);
  *
  *  @param s   exponent, > 1; the overflow marker for s <= 1, where the series diverges
  *  @param tol largest change that ends the sum; 0 or below: until the sum does not change any more
- *  @return the sum, below zeta(s) by about tol^(1 - 1/s) / (s - 1); NaN when s or tol is NaN. Kept: no
- *          acceleration. It ends after 2^27 terms whatever they are: within seconds. */
+ *  @return the sum, below zeta(s) by about tol^(1 - 1/s) / (s - 1); NaN when s or tol is NaN
+ *
+ *  From the 1000th term on, the terms up to that last one are summed by the Euler-Maclaurin formula, Abramowitz
+ *  and Stegun (1964), 23.1.30: the same partial sum (kept: it is not completed), at once. */
 NUMCORE_API double RiemannZeta(double s, double tol);
 
 /** Inverse hyperbolic tangent ln((1 + x) / (1 - x)) / 2; the missing value for x <= -1 and x >= 1. */

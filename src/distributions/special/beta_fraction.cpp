@@ -8,7 +8,7 @@ namespace {
 
 constexpr double kTolerance = 15.0 * kEpsilon;
 constexpr double kRescale = 0x1p+200;
-constexpr int kMaxSteps = 10000;  // a few dozen suffice in the range of the fraction
+constexpr int kMaxSteps = 1000;  // a few dozen suffice in the range of the fraction
 
 }  // namespace
 

@@ -16,7 +16,7 @@ constexpr double kLargePoint = 1e+8;
 constexpr double kTolerance = 1e-14;
 constexpr double kScale = 1e+37;
 constexpr double kSmallestExponent = -88.0;
-constexpr int kMaxFractionSteps = 20000;  // some hundred suffice everywhere in the domain
+constexpr int kMaxFractionSteps = 1000;  // below 100 suffice everywhere in the domain
 constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 
 // Wilson and Hilferty: the cube root of a gamma variate is nearly normal.
