@@ -8,6 +8,7 @@
 #include "numcore/dataset.h"
 #include "numcore/descriptive.h"
 #include "numcore/discrete_laws.h"
+#include "numcore/empirical.h"
 #include "numcore/host.h"
 #include "numcore/law_codes.h"
 #include "numcore/noncentral_laws.h"

@@ -4,4 +4,5 @@
 #include "numcore/containers.hpp"
 #include "numcore/dataset.hpp"
 #include "numcore/descriptive.hpp"
+#include "numcore/empirical.hpp"
 #include "numcore/numcore.h"
