@@ -67,7 +67,7 @@ std::vector<Tick> niceTicks(double low, double high, int wanted, bool whole) {
     constexpr double kLargestIndex = 9007199254740992.0;
     if (std::max(std::abs(first), std::abs(last)) >= kLargestIndex) return ticks;
     for (double i = first; i <= last; ++i) {
-        const double value = i * step.size;
+        const double value = i == 0.0 ? 0.0 : i * step.size;  // not -0
         ticks.push_back({value, tickLabel(value, step.exponent, largest)});
     }
     return ticks;
