@@ -13,6 +13,8 @@ NUMCORE_API double CDFUniformDisc(double x, double a, double b);
 
 NUMCORE_API double InvCDFUniformDisc(double p, double a, double b);
 
+NUMCORE_API double InvCDFUniformWDisc(double p, const double* weights, int32_t n, double a, double b);
+
 /* ---- Bernoulli ---- */
 
 NUMCORE_API double PDFBernoulli(double x, double p);

@@ -16,8 +16,8 @@ namespace {
 constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 constexpr int kMaxSteps = 20000;
 constexpr double kEuler = 0.57721566490153286061;
-constexpr double kSmallShape = 0.5;     // of the upper gamma ratio, below which 1 - P cancels
-constexpr double kSmallArgument = 0.5;  // below which its continued fraction is slow
+constexpr double kSmallShape = 0.5;      // of the upper gamma ratio, below which 1 - P cancels
+constexpr double kSmallArgument = 0.5;   // below which its continued fraction is slow
 constexpr double kSlowFraction = 0.999;  // argument from which the beta fraction needs hundreds of steps
 constexpr double kRescale = 0x1p+200;
 

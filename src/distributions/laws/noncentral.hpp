@@ -1,5 +1,5 @@
-// Both tails of the noncentral laws, each with relative accuracy where it is small. A missing marker in both tails
-// answers parameters outside the domain.
+// Both tails of the noncentral laws, each with relative accuracy where it is small. A missing marker in both
+// tails answers parameters outside the domain.
 #pragma once
 
 #include "distributions/laws/noncentral_terms.hpp"
@@ -21,7 +21,8 @@ Tails noncentralStudent(double t, double nu, double delta);
 /// Density of noncentralStudent; parameters in the domain.
 double noncentralStudentDensity(double t, double nu, double delta);
 
-/// The tail that the ratio of quadratic forms X / (X + Y) leaves at x, for parameters in the domain and x, y = 1
+/// The tail that the ratio of quadratic forms X / (X + Y) leaves at x, for parameters in the domain and x, y =
+/// 1
 /// - x in (0, 1); excess is nu2 x - (nu1 + lambda) y, which the caller may know without cancellation.
 Tails noncentralBetaTails(double x, double y, double nu1, double nu2, double lambda, double excess);
 

@@ -1,5 +1,5 @@
-// Noncentral chi-square, F and beta laws: a Poisson mixture where few terms matter, a contour integral through the
-// saddle point otherwise. Either gives the smaller tail by positive terms; the other is its complement.
+// Noncentral chi-square, F and beta laws: a Poisson mixture where few terms matter, a contour integral through
+// the saddle point otherwise. Either gives the smaller tail by positive terms; the other is its complement.
 
 #include <algorithm>
 #include <cmath>

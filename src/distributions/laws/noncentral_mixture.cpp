@@ -1,6 +1,7 @@
-// Sums outwards from the end where the central ratio is smallest, with the recurrence of the ratio in its stable
-// direction: Benton, D. and Krishnamoorthy, K. (2003), Computing discrete mixtures of continuous distributions,
-// Comput. Statist. Data Anal. 43:249-267, carried by ratios of terms so that nothing underflows on the way.
+// Sums outwards from the end where the central ratio is smallest, with the recurrence of the ratio in its
+// stable direction: Benton, D. and Krishnamoorthy, K. (2003), Computing discrete mixtures of continuous
+// distributions, Comput. Statist. Data Anal. 43:249-267, carried by ratios of terms so that nothing underflows
+// on the way.
 
 #include "distributions/laws/noncentral_mixture.hpp"
 
@@ -50,6 +51,12 @@ double unitGrowth(const Mixture& mixture, double shape) {
     return isGamma(mixture) ? mixture.x : mixture.x * (shape + mixture.b);
 }
 
+// sum e^logScale where the second factor alone may underflow.
+double scaled(double sum, double logScale) {
+    const double root = std::exp(0.5 * logScale);
+    return root * sum * root;
+}
+
 double lowerOver(const Mixture& mixture, Window window) {
     const double top = mixture.a + window.last;
     double ratio = isGamma(mixture) ? gammaLowerRatio(top, mixture.x)
@@ -63,7 +70,7 @@ double lowerOver(const Mixture& mixture, Window window) {
         ratio = 1.0 + ratio * (growth * k);
         sum = ratio + sum * (growth * mixture.halfLambda);
     }
-    return sum * std::exp(logWeight(mixture, window.first) + logUnit(mixture, mixture.a + window.first));
+    return scaled(sum, logWeight(mixture, window.first) + logUnit(mixture, mixture.a + window.first));
 }
 
 double upperOver(const Mixture& mixture, Window window) {
@@ -86,7 +93,7 @@ double upperOver(const Mixture& mixture, Window window) {
         if (term < kNegligible * sum && term < last) break;
         last = term;
     }
-    return sum * std::exp(logWeight(mixture, window.first) + logUnit(mixture, bottom));
+    return scaled(sum, logWeight(mixture, window.first) + logUnit(mixture, bottom));
 }
 
 }  // namespace

@@ -18,8 +18,9 @@ struct Mixture {
     double y;  // 1 - x; not read when b is infinite
 };
 
-/// Sum of w_j times the lower ratio, respectively 1 minus it, j = 0, 1, ...; the terms that matter lie about the
-/// mean of the Poisson law that the exponential tilting of the sum gives. Every addition is of positive numbers.
+/// Sum of w_j times the lower ratio, respectively 1 minus it, j = 0, 1, ...; the terms that matter lie about
+/// the mean of the Poisson law that the exponential tilting of the sum gives. Every addition is of positive
+/// numbers.
 double mixtureLower(const Mixture& mixture, double tiltedMean);
 double mixtureUpper(const Mixture& mixture, double tiltedMean);
 

@@ -5,8 +5,8 @@
 
 namespace numcore::distributions {
 
-/// Saddle point s of K(s), the cumulant function of Z = X - c Y with X noncentral chi-square (nu1, lambda) and Y
-/// chi-square (nu2) independent of it; P(Z > 0) is a tail of the noncentral F and beta laws. With a fixed
+/// Saddle point s of K(s), the cumulant function of Z = X - c Y with X noncentral chi-square (nu1, lambda) and
+/// Y chi-square (nu2) independent of it; P(Z > 0) is a tail of the noncentral F and beta laws. With a fixed
 /// point in the place of c Y (nu2 = 0) it is that of the noncentral chi-square law.
 struct Saddle {
     double nu1;

@@ -13,19 +13,17 @@ namespace numcore::distributions {
 namespace {
 
 constexpr double kHalfLog2Pi = 0.91893853320467274178;
-constexpr double kSeriesLimit = 0.3;      // of log1pMinus: |r| < 0.18, 12 terms in r^2 suffice
-constexpr double kArcSeriesLimit = 0.25;  // of minusArcTangent: 12 terms in b^2
-constexpr double kExpSeriesLimit = 0.5;   // of expm1Minus: 14 terms
-constexpr double kStirlingStart = 10.0;   // GammaLnCorr starts here
+constexpr double kSeriesLimit = 0.3;     // of log1pMinus: |r| < 0.18, 12 terms in r^2 suffice
+constexpr double kExpSeriesLimit = 0.5;  // of expm1Minus: 14 terms
+constexpr double kStirlingStart = 10.0;  // GammaLnCorr starts here
 
 constexpr int kLogTerms = 12;
-constexpr int kArcTerms = 13;
 constexpr int kExpTerms = 14;
 
 // 1 / (2i + 3)
 constexpr auto kOddReciprocals = [] {
-    std::array<double, kArcTerms> table{};
-    for (int i = 0; i < kArcTerms; ++i) table[static_cast<std::size_t>(i)] = 1.0 / (2 * i + 3);
+    std::array<double, kLogTerms> table{};
+    for (int i = 0; i < kLogTerms; ++i) table[static_cast<std::size_t>(i)] = 1.0 / (2 * i + 3);
     return table;
 }();
 
@@ -40,16 +38,9 @@ constexpr auto kInverseFactorials = [] {
     return table;
 }();
 
-// 1/3 + z/5 + z^2/7 + ...
-double oddSeries(double z, int nTerms) {
-    double sum = 0.0;
-    for (int i = nTerms; i-- > 0;) sum = sum * z + kOddReciprocals[static_cast<std::size_t>(i)];
-    return sum;
-}
-
 // k ln(k / mean) + mean - k, given mean - k.
-double deviance(double k, double meanMinusK) {
-    return -k * log1pMinus(meanMinusK / k);
+double deviance(double k, double mean, double meanMinusK) {
+    return -k * log1pMinus(meanMinusK / k, mean / k);
 }
 
 }  // namespace
@@ -58,17 +49,27 @@ double log1pMinus(double v) {
     if (!(std::abs(v) < kSeriesLimit)) return std::log1p(v) - v;
     const double r = v / (2.0 + v);  // ln(1 + v) = 2 artanh(r)
     const double r2 = r * r;
-    return r * (2.0 * r2 * oddSeries(r2, kLogTerms) - v);
+    double sum = 0.0;
+    for (int i = kLogTerms; i-- > 0;) sum = sum * r2 + kOddReciprocals[static_cast<std::size_t>(i)];
+    return r * (2.0 * r2 * sum - v);
 }
 
 double log1pMinus(double v, double onePlus) {
     return v < -0.5 ? std::log(onePlus) - v : log1pMinus(v);
 }
 
-double minusArcTangent(double b) {
-    if (!(std::abs(b) < kArcSeriesLimit)) return b - std::atan(b);
-    const double b2 = b * b;
-    return b * b2 * oddSeries(-b2, kArcTerms);
+Complex log1pMinus(Complex z) {
+    const double size2 = z.re * z.re + z.im * z.im;
+    if (!(size2 < kSeriesLimit * kSeriesLimit))
+        return {0.5 * std::log1p(2.0 * z.re + size2) - z.re, std::atan2(z.im, 1.0 + z.re) - z.im};
+    const Complex r = z / Complex{2.0 + z.re, z.im};
+    const Complex r2 = r * r;
+    Complex sum{0.0, 0.0};
+    for (int i = kLogTerms; i-- > 0;) {
+        sum = sum * r2;
+        sum.re += kOddReciprocals[static_cast<std::size_t>(i)];
+    }
+    return r * (r2 * sum * 2.0 - z);
 }
 
 double expm1Minus(double u) {
@@ -86,14 +87,15 @@ double stirlingError(double x) {
 
 double logPoissonTerm(double k, double m) {
     if (k == 0.0) return -m;
-    return -stirlingError(k) - deviance(k, m - k) - kHalfLog2Pi - 0.5 * std::log(k);
+    return -stirlingError(k) - deviance(k, m, m - k) - kHalfLog2Pi - 0.5 * std::log(k);
 }
 
 double logBinomialTerm(double k, double m, double x, double y) {
     const double n = k + m;
     const double shift = m * x - k * y;  // n x - k
     const double corrections = stirlingError(n) - stirlingError(k) - stirlingError(m);
-    return corrections - deviance(k, shift) - deviance(m, -shift) - kHalfLog2Pi + 0.5 * std::log(n / k / m);
+    return corrections - deviance(k, n * x, shift) - deviance(m, n * y, -shift) - kHalfLog2Pi +
+           0.5 * std::log(n / k / m);
 }
 
 }  // namespace numcore::distributions

@@ -13,8 +13,28 @@ struct Tails {
 double log1pMinus(double v);
 double log1pMinus(double v, double onePlus);
 
-/// b - atan(b) with relative accuracy next to 0.
-double minusArcTangent(double b);
+/// A complex number with the plain product (the library's looks for infinities first).
+struct Complex {
+    double re;
+    double im;
+
+    Complex operator-() const { return {-re, -im}; }
+    friend Complex operator+(Complex a, Complex b) { return {a.re + b.re, a.im + b.im}; }
+    friend Complex operator-(Complex a, Complex b) { return {a.re - b.re, a.im - b.im}; }
+    friend Complex operator-(double a, Complex b) { return {a - b.re, -b.im}; }
+    friend Complex operator*(Complex a, double b) { return {a.re * b, a.im * b}; }
+    friend Complex operator*(Complex a, Complex b) {
+        return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re};
+    }
+    friend Complex operator/(double a, Complex b) {
+        const double scale = a / (b.re * b.re + b.im * b.im);
+        return {b.re * scale, -b.im * scale};
+    }
+    friend Complex operator/(Complex a, Complex b) { return a * (1.0 / b); }
+};
+
+/// log1pMinus of a complex number off the negative axis from -1 downwards.
+Complex log1pMinus(Complex z);
 
 /// e^u - 1 - u with relative accuracy next to 0.
 double expm1Minus(double u);

@@ -73,6 +73,12 @@ double powerFactor(const Arguments& at, double shift) {
     return inverse.factor * std::exp(shift + logPowers + inverse.logarithm);
 }
 
+double gammaFactor(double a, double x) {
+    if (a < kStirlingStart) return std::exp(a * std::log(x) - x) * reciprocalGamma(a + 1.0);
+    const double depth = depthBelowPeak(a, (x - a) / a, x, a);
+    return kInverseRootTwoPi / std::sqrt(a) * std::exp(-depth - stirlingCorrection(a));
+}
+
 double seriesFactor(const Arguments& at) {
     if (at.x == 0.0) return 0.0;
     if (std::min(at.a, at.b) >= kStirlingStart) {

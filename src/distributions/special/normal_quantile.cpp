@@ -4,9 +4,12 @@
 #include <array>
 #include <cmath>
 
+#include "distributions/special/polynomial.hpp"
 #include "numcore/special.h"
 
 namespace {
+
+using numcore::distributions::polynomial;
 
 // Coefficients by power; denominators have a leading 1.
 constexpr std::array<double, 8> kCentralNumerator = {
@@ -51,13 +54,7 @@ constexpr double kNearTailOffset = 1.6;
 using Coefficients = std::array<double, 8>;
 
 double rationalFunction(const Coefficients& numerator, const Coefficients& denominator, double x) {
-    double above = 0.0;
-    double below = 0.0;
-    for (std::size_t power = numerator.size(); power-- > 0;) {
-        above = above * x + numerator[power];
-        below = below * x + denominator[power];
-    }
-    return above / below;
+    return polynomial(numerator, x) / polynomial(denominator, x);
 }
 
 double centralQuantile(double fromCentre) {

@@ -1,0 +1,121 @@
+// Negative binomial law: failures before success number `size`, with probabilities (type 1, a whole size) or
+// with a mean and a dispersion (type 2, a real size).
+
+#include "distributions/laws/count_sums.hpp"
+#include "distributions/laws/saddle_point.hpp"
+#include "distributions/special/beta_ratio.hpp"
+#include "numcore/discrete_laws.h"
+#include "suite/basecore.hpp"
+
+using namespace numcore;
+using namespace numcore::distributions;
+
+namespace {
+
+constexpr double kFewTrials = 100.0;  // below, masses of type 1 are products
+constexpr double kNoLast = std::numeric_limits<double>::infinity();
+
+struct NegativeBinomial {
+    double size = 1.0;
+    double success = 0.5;
+    double failure = 0.5;
+    double odds = 1.0;         // failure / success
+    bool givenByOdds = false;  // the others are rounded then, otherwise the odds are
+
+    double mass(double k) const {
+        const double excess =
+            givenByOdds ? std::fma(-size, odds, k) * success : std::fma(size + k, success, -size);
+        return size / (size + k) * binomialMass(size, k, success, failure, excess);
+    }
+    double mean() const { return size * odds; }
+    double variance() const { return size * odds / success; }
+    double ratio(double k) const { return (size + k) * failure / (k + 1.0); }
+    Tails tails(double k) const;
+    std::uint32_t quantile(double p) const;
+};
+
+// The sum of the masses on the shorter side, or the incomplete beta ratio where it would have hundreds of
+// terms.
+Tails NegativeBinomial::tails(double k) const {
+    constexpr double kSlowDecay = 0.8;  // of the ratios far out
+    const double next = k + 1.0;
+    if (size >= 1.0 && next <= mean()) {
+        const auto fall = [&](double i) { return (k - i) / ((size + k - 1.0 - i) * failure); };
+        if (isShortSum(fall(0.0), variance())) return fromLowerTail(mass(k) * sumOfProducts(fall));
+    } else if (failure <= kSlowDecay) {
+        const auto fall = [&](double i) { return ratio(next + i); };
+        if (isShortSum(fall(0.0), variance())) return fromUpperTail(mass(next) * sumOfProducts(fall));
+    }
+    const BetaRatio beta = betaRatio(size, next, success, failure);
+    return {beta.lower, beta.upper};
+}
+
+std::uint32_t NegativeBinomial::quantile(double p) const {
+    if (p == 0.0) return 0;
+    if (p == 1.0) return kUnboundedCount;
+    const double massAtZero = std::exp(-size * std::log1p(odds));
+    const double k = countBySummation(p, massAtZero, kNoLast, [this](double j) { return ratio(j); });
+    if (k >= 0.0) return static_cast<std::uint32_t>(k);
+    const double skewness = (1.0 + failure) / basecore::sqr(size * failure);
+    const double guess = guessCount(p, mean(), variance(), skewness);
+    return countBySearch(p, guess, kNoLast, [this](double j) { return tails(j); });
+}
+
+double distribution(double k, const NegativeBinomial& law) {
+    if (std::isnan(k)) return k;
+    if (k < 0.0) return 0.0;
+    return std::isinf(k) ? 1.0 : std::min(law.tails(std::floor(k)).lower, 1.0);
+}
+
+bool outOfDomain1(double n, double p) {
+    return !(n >= 1.0) || std::isinf(n) || !isInnerProbability(p);
+}
+NegativeBinomial fromProbability(double n, double p) {
+    return {n, p, 1.0 - p, (1.0 - p) / p, false};
+}
+
+bool outOfDomain2(double k, double p) {
+    return !(k > 0.0) || std::isinf(k) || !(p > 0.0) || std::isinf(p);
+}
+NegativeBinomial fromMean(double k, double p) {
+    return {k, 1.0 / (1.0 + p), p / (1.0 + p), p, true};
+}
+
+}  // namespace
+
+double PDFBinomialNeg1(double k, double n, double p) {
+    const double successes = std::round(n);
+    if (outOfDomain1(successes, p)) return kMissing;
+    if (!isCount(k)) return std::isnan(k) ? k : 0.0;
+    if (k + successes < kFewTrials) {
+        return basecore::Cnk(k + successes - 1.0, successes - 1.0) * std::pow(p, successes) *
+               std::pow(1.0 - p, k);
+    }
+    return fromProbability(successes, p).mass(k);
+}
+
+double CDFBinomialNeg1(double k, double n, double p) {
+    const double successes = std::round(n);
+    return outOfDomain1(successes, p) ? kMissing : distribution(k, fromProbability(successes, p));
+}
+
+uint32_t InvCDFBinomialNeg1(double p, double n, double p1) {
+    const double successes = std::round(n);
+    if (outOfDomain1(successes, p1) || !isProbability(p)) return kNoCount;
+    return fromProbability(successes, p1).quantile(p);
+}
+
+double PDFBinomialNeg2(double x, double k, double p) {
+    if (outOfDomain2(k, p)) return kMissing;
+    if (!isCount(x)) return std::isnan(x) ? x : 0.0;
+    return fromMean(k, p).mass(x);
+}
+
+double CDFBinomialNeg2(double x, double k, double p) {
+    return outOfDomain2(k, p) ? kMissing : distribution(x, fromMean(k, p));
+}
+
+uint32_t InvCDFBinomialNeg2(double p, double k, double p1) {
+    if (outOfDomain2(k, p1) || !isProbability(p)) return kNoCount;
+    return fromMean(k, p1).quantile(p);
+}
