@@ -45,6 +45,25 @@ std::string names(const std::vector<CompletionCommand>& commands) {
     return out;
 }
 
+std::string joined(const std::vector<std::string>& words) {
+    std::string out;
+    for (const std::string& word : words) out += (out.empty() ? "" : " ") + word;
+    return out;
+}
+
+/// The first argument of the commands that take words for it, and files where they may stand too.
+std::string bashWords(const std::vector<CompletionCommand>& commands) {
+    std::string out;
+    for (const CompletionCommand& command : commands) {
+        if (command.words.empty()) continue;
+        out += fmt::format(
+            "    elif ((COMP_CWORD == 2)) && [[ ${{COMP_WORDS[1]}} == {} ]]; then\n"
+            "        mapfile -t COMPREPLY < <(compgen -W '{}' -- \"$current\"{})\n",
+            command.name, joined(command.words), command.takesFile ? "; compgen -f -- \"$current\"" : "");
+    }
+    return out;
+}
+
 std::string writeBash(const std::vector<CompletionCommand>& commands) {
     std::string out = fmt::format(R"(# bash completion of numcore
 _numcore() {{
@@ -73,15 +92,23 @@ _numcore() {{
     out += fmt::format(R"(        esac
     elif [[ ${{COMP_WORDS[1]}} == completion ]]; then
         mapfile -t COMPREPLY < <(compgen -W '{}' -- "$current")
-    else
+{}    else
         compopt -o filenames
         mapfile -t COMPREPLY < <(compgen -f -- "$current")
     fi
 }}
 complete -F _numcore numcore
 )",
-                       kShells);
+                       kShells, bashWords(commands));
     return out;
+}
+
+std::string zshArgument(const CompletionCommand& command) {
+    if (command.name == "completion") return fmt::format("shell:({})", kShells);
+    if (command.words.empty()) return "file:_files";
+    const std::string words = joined(command.words);
+    return command.takesFile ? fmt::format("file or law:{{_files; compadd {}}}", words)
+                             : fmt::format("law:({})", words);
 }
 
 std::string writeZsh(const std::vector<CompletionCommand>& commands) {
@@ -104,7 +131,7 @@ std::string writeZsh(const std::vector<CompletionCommand>& commands) {
         for (const CompletionOption& option : command.options) {
             std::string argument = fmt::format("--{}[{}]", option.name, plain(option.help));
             const std::string values = valuesOf(option.name);
-            if (option.name == "output") {
+            if (option.name == "output" || option.name == "plot" || option.name == "file") {
                 argument += ":file:_files";
             } else if (!values.empty()) {
                 argument += fmt::format(":{}:({})", option.name, values);
@@ -113,8 +140,7 @@ std::string writeZsh(const std::vector<CompletionCommand>& commands) {
             }
             out += " \\\n                " + quoted(argument);
         }
-        out += fmt::format(" \\\n                '1:{}'\n            ;;\n",
-                           command.name == "completion" ? fmt::format("shell:({})", kShells) : "file:_files");
+        out += fmt::format(" \\\n                '1:{}'\n            ;;\n", zshArgument(command));
     }
     return out + "    esac\n}\n\n_numcore \"$@\"\n";
 }
@@ -131,6 +157,11 @@ std::string writeFish(const std::vector<CompletionCommand>& commands) {
                                command.name, option.name, quoted(option.help), option.takesValue ? " -r" : "",
                                values.empty() ? "" : " -f -a " + quoted(values));
         }
+    }
+    for (const CompletionCommand& command : commands) {
+        if (command.words.empty()) continue;
+        out += fmt::format("complete -c numcore -n '__fish_seen_subcommand_from {}'{} -a '{}'\n", command.name,
+                           command.takesFile ? "" : " -f", joined(command.words));
     }
     out += fmt::format("complete -c numcore -n '__fish_seen_subcommand_from completion' -f -a '{}'\n", kShells);
     return out;

@@ -16,6 +16,8 @@ struct CompletionCommand {
     std::string name;
     std::string help;
     std::vector<CompletionOption> options;
+    std::vector<std::string> words;  // for the first argument
+    bool takesFile = false;          // or a file
 };
 
 /// The script of a shell: bash, zsh or fish. Throws UsageError for another one.

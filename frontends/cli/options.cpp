@@ -9,8 +9,11 @@
 
 #include "cli/completion.hpp"
 #include "cli/errors.hpp"
+#include "cli/laws/names.hpp"
+#include "cli/options_parts.hpp"
 #include "cli/output/sink.hpp"
 #include "cli/quantile.hpp"
+#include "cli/words.hpp"
 #include "numcore/api.h"
 
 namespace numcore::cli {
@@ -22,96 +25,15 @@ constexpr const char* kExamples = R"(Examples:
   numcore describe survey.csv --columns Age,Pulse,Smoke --by Sex
   numcore describe sales.csv --separator ';' --decimal , --missing -999 --output sales.html
   numcore quantile airquality.csv --p 0.1,0.5,0.9 --method all
+  numcore cdf normal 1.96 --both
+  numcore quantile student 0.975 10
+  numcore cdf gamma 0:10:0.5 2 3 --format csv
+  numcore pdf binomial 0:10 n=10 p=0.3 --plot binomial.svg
+  numcore cdf chisq --file tests.csv --column statistic df=3 --upper
+  numcore law weibull 2 3 --plot weibull.svg
   curl -s https://example.org/data.csv | numcore describe - --format json
 
 Exit codes: 0 done, 1 wrong usage, 2 bad data, 3 done with warnings.)";
-
-constexpr const char* kInputGroup = "Input";
-constexpr const char* kSelectionGroup = "Selection";
-constexpr const char* kOutputGroup = "Output";
-
-/// Values as the command line gives them, before they are checked.
-struct RawOptions {
-    std::string separator;
-    std::string decimalMark;
-    std::string quote;
-    std::string encoding;
-    std::string ragged = "error";
-    std::vector<std::string> missing;
-    bool noStandardMissing = false;
-    bool noHeader = false;
-    std::string format;
-    std::vector<std::string> orders;
-    std::vector<std::string> methods;
-};
-
-std::string wordList(const char* const* begin, const char* const* end) {
-    std::string out;
-    for (; begin != end; ++begin) out += std::string(out.empty() ? "" : " ") + *begin;
-    return out;
-}
-
-void addInput(CLI::App& command, Options& options, RawOptions& raw) {
-    command.add_option("FILE", options.file, "CSV or TSV file; - reads standard input")->required();
-    const auto add = [&](const char* name, auto& target, const std::string& help) {
-        return command.add_option(name, target, help)->group(kInputGroup);
-    };
-    add("-s,--separator", raw.separator,
-        "Field separator: a character, or comma, semicolon, tab, bar, space (guessed)");
-    add("--decimal", raw.decimalMark, "Decimal mark: . or , (guessed)");
-    add("--quote", raw.quote, "Quote character, or none (guessed)");
-    add("--encoding", raw.encoding, "utf-8, utf-16le, utf-16be, latin-1 or windows-1252 (guessed)");
-    add("--skip", options.csv.skip, "Lines to skip before the header")->check(CLI::NonNegativeNumber);
-    add("--missing", raw.missing,
-        "Words for missing cells, separated by commas, besides the empty cell and\n" +
-            wordList(std::begin(kMissingWords), std::end(kMissingWords)))
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    command
-        .add_flag("--no-standard-missing", raw.noStandardMissing,
-                  "Only the empty cell and the words of --missing")
-        ->group(kInputGroup);
-    command.add_flag("--no-header", raw.noHeader, "The first line is data; columns are column1, column2, ...")
-        ->group(kInputGroup);
-    add("--ragged", raw.ragged, "Rows of the wrong length: error, or fill short ones with missing cells")
-        ->check(CLI::IsMember({"error", "fill"}));
-    add("--text", options.selection.text, "Columns to take as text even if they hold numbers")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-}
-
-void addSelection(CLI::App& command, Options& options) {
-    command
-        .add_option("-c,--columns", options.selection.columns,
-                    "Columns by name, number or range: Ozone,2,4-6,Wind-Temp,9-\n"
-                    "(a name with a comma in double quotes)")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-        ->group(kSelectionGroup);
-    command.add_option("-w,--weights", options.selection.weights, "Column of frequency weights")
-        ->group(kSelectionGroup);
-    command.add_option("-b,--by", options.selection.by, "Column of groups: results for each")
-        ->group(kSelectionGroup);
-}
-
-void addOutput(CLI::App& command, Options& options, RawOptions& raw) {
-    const auto add = [&](const char* name, auto& target, const std::string& help) {
-        return command.add_option(name, target, help)->group(kOutputGroup);
-    };
-    add("-f,--format", raw.format,
-        "text, csv, tsv, json, markdown or html (text, or by the ending of --output)");
-    add("-o,--output", options.output.path, "File to write, replaced only when all went well");
-    add("--digits", options.output.digits,
-        "Significant digits for people (6); csv, tsv and json are always exact")
-        ->check(CLI::Range(1, 17));
-    add("--width", options.output.width,
-        "Columns of the page; wider tables are cut (the terminal's; 0 no limit)")
-        ->check(CLI::Range(0, 1'000'000));
-    command.add_flag("-q,--quiet", options.output.quiet, "No warnings, notes and progress on standard error")
-        ->group(kOutputGroup);
-    command.add_flag("-v,--verbose", options.output.verbose, "Tell what was guessed about the file")
-        ->group(kOutputGroup);
-}
 
 void addCommands(CLI::App& app, Options& options, RawOptions& raw) {
     app.set_help_flag("-h,--help", "Show this help; numcore COMMAND --help shows a command's options");
@@ -121,6 +43,7 @@ void addCommands(CLI::App& app, Options& options, RawOptions& raw) {
 
     CLI::App* describe =
         app.add_subcommand("describe", "Summaries of numeric columns, categories of text columns");
+    describe->add_option("FILE", options.file, "CSV or TSV file; - reads standard input")->required();
     addInput(*describe, options, raw);
     addSelection(*describe, options);
     addOutput(*describe, options, raw);
@@ -131,7 +54,10 @@ void addCommands(CLI::App& app, Options& options, RawOptions& raw) {
         ->group(kOutputGroup);
     describe->callback([&options] { options.command = Command::kDescribe; });
 
-    CLI::App* quantile = app.add_subcommand("quantile", "Quantiles of numeric columns");
+    CLI::App* quantile = app.add_subcommand("quantile", "Quantiles of numeric columns, or of a law");
+    quantile->add_option("FILE", raw.fileOrLaw, "CSV or TSV file (- reads standard input), or a law")
+        ->required();
+    addLawQuantiles(*quantile, options);
     addInput(*quantile, options, raw);
     addSelection(*quantile, options);
     quantile
@@ -156,6 +82,7 @@ void addCommands(CLI::App& app, Options& options, RawOptions& raw) {
         ->group("Quantiles");
     addOutput(*quantile, options, raw);
     quantile->callback([&options] { options.command = Command::kQuantile; });
+    addLawCommands(app, options, raw);
 
     CLI::App* completion = app.add_subcommand("completion", "Print a completion script for a shell");
     completion->add_option("SHELL", options.shell, "bash, zsh or fish")->required();
@@ -173,9 +100,8 @@ char characterOf(const std::string& option, const std::string& value) {
     return value[0];
 }
 
-Encoding encodingOf(std::string value) {
-    std::ranges::transform(value, value.begin(),
-                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+Encoding encodingOf(const std::string& given) {
+    const std::string value = lowerCase(given);
     static const std::map<std::string, Encoding> names{
         {"utf-8", Encoding::kUtf8},         {"utf8", Encoding::kUtf8},
         {"utf-16", Encoding::kUtf16Le},     {"utf-16le", Encoding::kUtf16Le},
@@ -279,6 +205,10 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, i
     // CLI11 takes the arguments from the back.
     std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
     if (!reversed.empty()) reversed.pop_back();
+    for (std::string& word : reversed) {
+        // CLI11 takes -1 for a number, but -.5 for an option.
+        if (word.size() > 2 && word.starts_with("-.") && word[2] >= '0' && word[2] <= '9') word.insert(1, "0");
+    }
     checkCommand(app, arguments);
     try {
         app.parse(std::move(reversed));
@@ -296,7 +226,9 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, i
     }
     finishInput(raw, options.csv);
     if (!raw.format.empty()) options.output.format = formatNamed(raw.format);
+    if (options.command == Command::kQuantile) decideQuantile(raw, options);
     if (options.command == Command::kQuantile) finishQuantile(raw, options.selection, options.quantile);
+    if (options.law.upper && options.law.both) throw UsageError("--upper and --both: take one of them");
     return options;
 }
 
@@ -305,9 +237,13 @@ std::string completionScript(const std::string& shell) {
     RawOptions raw;
     CLI::App app("", "numcore");
     addCommands(app, options, raw);
+    const std::vector<std::string> words = lawWords();
     std::vector<CompletionCommand> commands;
     for (const CLI::App* command : app.get_subcommands({})) {
-        CompletionCommand entry{command->get_name(), command->get_description(), {}};
+        CompletionCommand entry{command->get_name(), command->get_description(), {}, {}, false};
+        const bool takesLaw = command->get_option_no_throw("LAW") != nullptr;
+        entry.takesFile = command->get_option_no_throw("FILE") != nullptr;
+        if (takesLaw || command->get_option_no_throw("P") != nullptr) entry.words = words;
         for (const CLI::Option* option : command->get_options()) {
             for (const std::string& name : option->get_lnames()) {
                 std::string help = option->get_description();

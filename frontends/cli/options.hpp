@@ -14,7 +14,7 @@ class App;
 
 namespace numcore::cli {
 
-enum class Command { kDescribe, kQuantile, kCompletion };
+enum class Command { kDescribe, kQuantile, kLaw, kDensity, kDistribution, kLawQuantile, kCompletion };
 enum class Format { kText, kCsv, kTsv, kJson, kMarkdown, kHtml };
 
 struct SelectionOptions {
@@ -42,13 +42,23 @@ struct QuantileRequest {
     bool largeSample = false;
 };
 
+/// A law with its values and parameters, as they are written.
+struct LawRequest {
+    std::string name;                    // empty: the list of laws
+    std::vector<std::string> arguments;  // values unless a file has them, then parameters
+    bool upper = false;
+    bool both = false;
+    std::string plot;  // SVG file; empty: none
+};
+
 struct Options {
     Command command = Command::kDescribe;
-    std::string file;
+    std::string file;  // empty: none
     CsvOptions csv;
     SelectionOptions selection;
     OutputOptions output;
     QuantileRequest quantile;
+    LawRequest law;
     std::string shell;
 };
 

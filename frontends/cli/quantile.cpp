@@ -9,6 +9,7 @@
 #include "caller/data_set.hpp"
 #include "caller/text.hpp"
 #include "cli/errors.hpp"
+#include "cli/words.hpp"
 #include "numcore/numcore.h"
 
 namespace numcore::cli {
@@ -56,20 +57,8 @@ constexpr Alias kAliases[] = {
     {"stata", 4},
 };
 
-std::vector<std::string> splitList(const std::string& list) {
-    std::vector<std::string> words;
-    std::size_t at = 0;
-    while (at <= list.size()) {
-        const std::size_t comma = std::min(list.find(',', at), list.size());
-        words.push_back(list.substr(at, comma - at));
-        at = comma + 1;
-    }
-    return words;
-}
-
-int methodOf(std::string word) {
-    std::ranges::transform(word, word.begin(),
-                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+int methodOf(const std::string& given) {
+    const std::string word = lowerCase(given);
     for (const QuantileMethod& method : quantileMethods()) {
         if (word == std::to_string(method.number) || word == method.name) return method.number;
     }

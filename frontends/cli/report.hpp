@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -10,8 +11,14 @@
 
 namespace numcore::cli {
 
-/// A cell: no value, a count, a number, or a text.
-using Cell = std::variant<std::monostate, std::int64_t, double, std::string>;
+/// A probability too small to be told: people see "< 1e-16", machines 0.
+struct Below {
+    double bound;
+    bool operator==(const Below&) const = default;
+};
+
+/// A cell: no value, a count, a number, a text, or a bound.
+using Cell = std::variant<std::monostate, std::int64_t, double, std::string, Below>;
 
 /// The kind of a column decides how its numbers are shown to people.
 enum class ColumnKind {
@@ -45,9 +52,19 @@ struct RowCounts {
     std::size_t blankLines = 0;
 };
 
+/// A law with its parameters.
+struct ReportLaw {
+    std::string name;
+    std::optional<int> code;
+    std::vector<std::pair<std::string, double>> parameters;
+    std::string tail;  // empty: none is asked for
+};
+
 struct Report {
     std::string command;
-    std::string file;
+    std::string title;  // empty: that of the file and the settings
+    std::string file;   // empty: none was read
+    std::optional<ReportLaw> law;
     std::vector<std::pair<std::string, std::string>> layout;    // separator, encoding, ...: given or guessed
     std::vector<std::pair<std::string, std::string>> settings;  // weights, groups, method, ...
     RowCounts rows;

@@ -7,41 +7,18 @@
 #include <new>
 #include <optional>
 
-#include "cli/csv/table.hpp"
 #include "cli/describe.hpp"
 #include "cli/errors.hpp"
+#include "cli/laws/command.hpp"
 #include "cli/output/sink.hpp"
 #include "cli/output/writers.hpp"
 #include "cli/platform.hpp"
-#include "cli/progress.hpp"
 #include "cli/quantile.hpp"
-#include "cli/sample.hpp"
-#include "cli/selection.hpp"
+#include "cli/read.hpp"
 
 namespace numcore::cli {
 
 namespace {
-
-std::string nameOfCharacter(char c) {
-    if (c == '\0') return "none";
-    if (c == '\t') return "tab";
-    return c == ' ' ? "space" : printable(std::string(1, c));
-}
-
-void noteLayout(const CsvFile& file, const CsvOptions& options, Report& report) {
-    const Dialect& dialect = file.dialect();
-    std::string missing = "empty cells";
-    for (const std::string& word : file.missingWords()) missing += " " + word;
-    const char* mark = file.input().hadByteOrderMark() ? " with byte order mark" : "";
-    report.layout = {{"encoding", encodingName(file.input().encoding()) + std::string(mark)},
-                     {"separator", nameOfCharacter(dialect.separator)},
-                     {"decimal mark", nameOfCharacter(dialect.decimalMark)},
-                     {"quote", nameOfCharacter(dialect.quote)},
-                     {"header", options.header ? "yes" : "no"},
-                     {"skipped lines", std::to_string(options.skip)},
-                     {"columns", std::to_string(file.names().size())},
-                     {"missing", missing}};
-}
 
 void noteSettings(const Options& options, const Sample& sample, Report& report) {
     if (sample.weighted()) report.settings.emplace_back("weights", sample.weightsName);
@@ -94,7 +71,8 @@ void speak(const Report& report, const Options& options, Format format) {
         for (const auto& [name, value] : report.layout) say("", fmt::format("{}: {}", name, value));
     }
     for (const std::string& warning : report.warnings) {
-        say("warning: ", fmt::format("{}: {}", printable(report.file), warning));
+        const std::string place = report.file.empty() ? "" : printable(report.file) + ": ";
+        say("warning: ", place + warning);
     }
     // A format for machines has no place for them.
     if (format == Format::kCsv || format == Format::kTsv) {
@@ -122,24 +100,16 @@ int runCommand(const Options& options) {
 }  // namespace
 
 Report analyse(const Options& options) {
-    Progress progress(!options.output.quiet);
-    const std::string name = options.file == "-" ? "standard input" : options.file;
-    CsvFile file(Input::open(options.file, progress), printable(name), options.csv);
-    const Selection selection = selectColumns(options.selection, file.names());
-    CsvData data = file.load(selection.wants, progress);
-    const auto stores = std::move(data.stores);
+    if (isLawCommand(options.command)) return analyseLaw(options);
     Report report;
     report.command = options.command == Command::kQuantile ? "quantile" : "describe";
-    report.file = name;
-    noteLayout(file, options.csv, report);
-    Sample sample = takeSample(std::move(data), selection, file, report);
-    noteSettings(options, sample, report);
+    ReadSample read = readSample(options, report);
+    noteSettings(options, read.sample, report);
     if (options.command == Command::kQuantile) {
-        quantiles(std::move(sample), options.quantile, report);
+        quantiles(std::move(read.sample), options.quantile, report);
     } else {
-        describe(std::move(sample), options.output.maxCategories, report);
+        describe(std::move(read.sample), options.output.maxCategories, report);
     }
-    report.warnings = file.warnings();
     return report;
 }
 

@@ -4,30 +4,15 @@
 
 #include <algorithm>
 #include <charconv>
-#include <numeric>
 
 #include "cli/errors.hpp"
+#include "cli/words.hpp"
 
 namespace numcore::cli {
 
 namespace {
 
 using Names = std::vector<std::string>;
-
-/// Smallest number of insertions, deletions and replacements of bytes between two words.
-std::size_t editDistance(std::string_view a, std::string_view b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t diagonal = row[0]++;
-        for (std::size_t j = 0; j < b.size(); ++j) {
-            const std::size_t replaced = diagonal + (a[i] != b[j]);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row[b.size()];
-}
 
 UsageError unknownColumn(std::string_view word, const Names& names) {
     constexpr std::size_t kMostNames = 20;

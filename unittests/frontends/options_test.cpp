@@ -48,6 +48,38 @@ TEST(Options, ReadsQuantileRequests) {
     EXPECT_EQ(full.quantile.confidence, 0.9);
 }
 
+TEST(Options, TakesLawsWithValuesAndParameters) {
+    const Options cdf =
+        parse({"cdf", "norm", "-.5,1", "10", "sigma=2", "--upper", "--plot", "n.svg", "-f", "csv"});
+    EXPECT_EQ(cdf.command, Command::kDistribution);
+    EXPECT_EQ(cdf.law.name, "norm");
+    EXPECT_EQ(cdf.law.arguments, (std::vector<std::string>{"-0.5,1", "10", "sigma=2"}));
+    EXPECT_TRUE(cdf.law.upper);
+    EXPECT_EQ(cdf.law.plot, "n.svg");
+    EXPECT_EQ(parse({"cdf", "norm", "-1:1:0.5", "-2"}).law.arguments,
+              (std::vector<std::string>{"-1:1:0.5", "-2"}));
+    const Options column = parse({"pdf", "norm", "--file", "f.csv", "--column", "x", "-s", "tab"});
+    EXPECT_EQ(column.command, Command::kDensity);
+    EXPECT_EQ(column.file, "f.csv");
+    EXPECT_EQ(column.selection.columns, std::vector<std::string>{"x"});
+    EXPECT_EQ(column.csv.separator, '\t');
+    EXPECT_EQ(parse({"law"}).law.name, "");
+    EXPECT_EQ(parse({"law", "gamma", "2"}).law.arguments, std::vector<std::string>{"2"});
+}
+
+TEST(Options, TellsFilesFromLaws) {
+    const Options law = parse({"quantile", "student", "0.975", "10", "--both"});
+    EXPECT_EQ(law.command, Command::kLawQuantile);
+    EXPECT_EQ(law.law.arguments, (std::vector<std::string>{"0.975", "10"}));
+    EXPECT_EQ(parse({"quantile", "t", "10", "--p", "0.9,0.95"}).law.arguments,
+              (std::vector<std::string>{"0.9,0.95", "10"}));
+    EXPECT_EQ(parse({"quantile", "t", "10", "--file", "f.csv", "--column", "p"}).file, "f.csv");
+    EXPECT_EQ(parse({"quantile", "-"}).command, Command::kQuantile);
+    EXPECT_EQ(parse({"quantile", "no/such.csv"}).command, Command::kQuantile)
+        << "the reader tells what is wrong";
+    EXPECT_EQ(parse({"quantile", NUMCORE_DATA_DIR "/iris.csv"}).command, Command::kQuantile);
+}
+
 TEST(Options, RefusesWhatMakesNoSense) {
     const std::vector<std::vector<std::string>> cases{
         {},
@@ -66,6 +98,13 @@ TEST(Options, RefusesWhatMakesNoSense) {
         {"describe", "f.csv", "--ragged", "maybe"},
         {"quantile", "f.csv", "-w", "w", "-m", "5"},
         {"quantile", "f.csv", "--confidence", "95"},
+        {"quantile", "neither"},
+        {"quantile", "f.csv", "0.5"},
+        {"quantile", "f.csv", "--upper"},
+        {"quantile", "normal", "0.5", "--method", "all"},
+        {"cdf"},
+        {"cdf", "normal", "1", "--upper", "--both"},
+        {"pdf", "normal", "1", "--upper"},
     };
     for (const auto& arguments : cases) EXPECT_THROW(parse(arguments), UsageError) << arguments.size();
 }
@@ -73,8 +112,8 @@ TEST(Options, RefusesWhatMakesNoSense) {
 TEST(Completion, OffersTheOptionsThatExist) {
     for (const char* shell : {"bash", "zsh", "fish"}) {
         const std::string script = completionScript(shell);
-        for (const char* word :
-             {"describe", "quantile", "max-categories", "confidence", "markdown", "windows-1252"}) {
+        for (const char* word : {"describe", "quantile", "max-categories", "confidence", "markdown",
+                                 "windows-1252", "cdf", "negative-binomial-1", "plot"}) {
             EXPECT_NE(script.find(word), std::string::npos) << shell << " " << word;
         }
     }

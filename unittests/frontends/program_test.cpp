@@ -100,6 +100,44 @@ TEST_F(Program, TellsByItsExitCodeHowItWent) {
     EXPECT_EQ(run("completion bash").exitCode, 0);
 }
 
+TEST_F(Program, ComputesLaws) {
+    EXPECT_EQ(run("cdf normal 1.96 --format csv").output, "x,lower\n1.96,0.9750021048517795\n");
+    EXPECT_EQ(run("quantile chisq 0.95 1 --digits 4").exitCode, 0);
+    EXPECT_EQ(run("pdf binom 0:3 n=3 p=0.5 -f tsv -q").output,
+              "x\tprobability\n0\t0.125\n1\t0.375\n2\t0.375\n3\t0.125\n");
+    EXPECT_EQ(run("law").exitCode, 0);
+    EXPECT_EQ(run("law nothing").exitCode, 1);
+    EXPECT_EQ(run("cdf normal 1 0 -1").exitCode, 1);
+    EXPECT_EQ(run("cdf normal --file /no/such.csv").exitCode, 2);
+    const std::string probabilities = write("p.csv", "p\n0.5\nNA\n1.5\n");
+    const Outcome column = run("quantile normal --file " + probabilities + " -f csv", "2>/dev/null");
+    EXPECT_EQ(column.output, "row,p,quantile\n1,0.5,0\n2,,\n3,1.5,\n");
+    EXPECT_EQ(column.exitCode, 3) << "1.5 is no probability";
+    EXPECT_EQ(shell("printf 'x\\n1\\n' | '" NUMCORE_PROGRAM "' cdf exp 2 --file - -f csv -q").output,
+              "row,x,lower\n1,1,0.8646647167633873\n");
+}
+
+TEST_F(Program, PrefersAFileToALawOfItsName) {
+    write("t", "a\n1\n2\n3\n");
+    const std::string inFolder = "cd " + path("") + " && '" NUMCORE_PROGRAM "' quantile ";
+    EXPECT_EQ(shell(inFolder + "t --p 0.5 -f csv -q").output, "variable,q0.5\na,2\n");
+    const Outcome both = shell(inFolder + "t 0.5 3 2>&1");
+    EXPECT_EQ(both.exitCode, 1);
+    EXPECT_NE(both.output.find("'t' is a file"), std::string::npos) << both.output;
+    EXPECT_NE(both.output.find("its code 18"), std::string::npos);
+    const Outcome neither = shell(inFolder + "neither 2>&1");
+    EXPECT_NE(neither.output.find("neither a file here nor a law"), std::string::npos) << neither.output;
+}
+
+TEST_F(Program, DrawsLawsToFiles) {
+    EXPECT_EQ(run("cdf gamma 2 2 3 --plot " + path("g.svg")).exitCode, 0);
+    EXPECT_EQ(read("g.svg").substr(0, 4), "<svg");
+    EXPECT_EQ(run("law poisson 4 --plot " + path("no/such/place.svg")).exitCode, 2);
+    if (shell("xmllint --version 2>/dev/null").exitCode == 0) {
+        EXPECT_EQ(shell("xmllint --noout " + path("g.svg")).exitCode, 0);
+    }
+}
+
 TEST_F(Program, NamesFileLineColumnAndWhatToDo) {
     std::string text = "x,y\n";
     for (int i = 0; i < 40; ++i) text += "1,2\n";

@@ -8,12 +8,13 @@
 namespace numcore::cli {
 
 std::string titleLine(const Report& report) {
-    std::string line = printable(report.file);
+    std::string line = printable(report.title.empty() ? report.file : report.title);
     for (const auto& [name, value] : report.settings) line += fmt::format(", {}: {}", name, printable(value));
     return line;
 }
 
 std::vector<std::string> footerLines(const Report& report) {
+    if (report.file.empty()) return report.notes;
     const RowCounts& rows = report.rows;
     std::string line = fmt::format("{} read, {} used", counted(rows.read, "row"), rows.used);
     if (rows.dropped > 0) {

@@ -13,6 +13,7 @@ using Json = nlohmann::ordered_json;
 Json jsonOf(const Cell& cell) {
     if (const auto* text = std::get_if<std::string>(&cell)) return *text;
     if (const auto* count = std::get_if<std::int64_t>(&cell)) return *count;
+    if (std::holds_alternative<Below>(cell)) return 0.0;
     const auto* number = std::get_if<double>(&cell);
     if (number == nullptr) return nullptr;
     // JSON has no such numbers.
@@ -59,6 +60,14 @@ Json jsonOf(const RowCounts& rows) {
             {"blankLines", rows.blankLines}};
 }
 
+Json jsonOf(const ReportLaw& law) {
+    Json parameters = Json::object();
+    for (const auto& [symbol, value] : law.parameters) parameters[symbol] = jsonOf(Cell(value));
+    Json out{{"name", law.name}, {"code", law.code ? Json(*law.code) : Json()}, {"parameters", parameters}};
+    if (!law.tail.empty()) out["tail"] = law.tail;
+    return out;
+}
+
 }  // namespace
 
 std::string writeJson(const Report& report) {
@@ -66,10 +75,13 @@ std::string writeJson(const Report& report) {
     out["program"] = "numcore";
     out["version"] = numcore_version();
     out["command"] = report.command;
-    out["file"] = report.file;
-    out["layout"] = jsonOf(report.layout);
-    out["settings"] = jsonOf(report.settings);
-    out["rows"] = jsonOf(report.rows);
+    if (report.law) out["law"] = jsonOf(*report.law);
+    if (!report.file.empty()) {
+        out["file"] = report.file;
+        out["layout"] = jsonOf(report.layout);
+        out["settings"] = jsonOf(report.settings);
+        out["rows"] = jsonOf(report.rows);
+    }
     out["tables"] = Json::array();
     for (const ReportTable& table : report.tables) out["tables"].push_back(jsonOf(table));
     out["notes"] = report.notes;

@@ -55,11 +55,13 @@ std::string readableCell(const Cell& cell, ColumnKind kind, const TextStyle& sty
     if (const auto* text = std::get_if<std::string>(&cell)) return *text;
     if (const auto* count = std::get_if<std::int64_t>(&cell)) return std::to_string(*count);
     if (const auto* number = std::get_if<double>(&cell)) return readableNumber(*number, kind, style);
+    if (const auto* below = std::get_if<Below>(&cell)) return fmt::format("< {}", below->bound);
     return {};
 }
 
 std::string exactCell(const Cell& cell) {
     if (const auto* number = std::get_if<double>(&cell)) return exactNumber(*number);
+    if (std::holds_alternative<Below>(cell)) return "0";
     return readableCell(cell, ColumnKind::kText, {});
 }
 

@@ -149,10 +149,11 @@ std::string writeText(const Report& report, const TextStyle& style) {
             appendPanel(panel, table.rows.size(), out);
         }
     }
-    out += "\n";
+    std::vector<std::string> lines = footerLines(report);
     const std::string legend = missingLegend(report, kMissingSign);
-    if (!legend.empty()) out += legend + "\n";
-    for (const std::string& line : footerLines(report)) out += line + "\n";
+    if (!legend.empty()) lines.insert(lines.begin(), legend);
+    if (!lines.empty()) out += "\n";
+    for (const std::string& line : lines) out += line + "\n";
     return out;
 }
 

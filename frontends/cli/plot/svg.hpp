@@ -1,0 +1,53 @@
+// An SVG picture: shapes with the classes of one style sheet, text as text.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace numcore::cli::plot {
+
+struct Point {
+    double x;
+    double y;
+};
+
+struct Box {
+    double left;
+    double top;
+    double right;
+    double bottom;
+};
+
+enum class Anchor { kStart, kMiddle, kEnd };
+
+/// Writes shapes in the order of the calls, later ones on top. Coordinates are pixels from the upper left
+/// corner. Classes: frame, grid, curve, area, bar, bar-dense, bar-asked, dot, hint, hint-text, title, label.
+class Svg {
+  public:
+    Svg(double width, double height, std::string_view title);
+
+    void line(Point from, Point to, const char* styleClass);
+    void polyline(std::span<const Point> points, const char* styleClass);
+    void polygon(std::span<const Point> points, const char* styleClass);
+    void rectangle(const Box& box, const char* styleClass);
+    void circle(Point centre, double radius, const char* styleClass);
+    void text(Point at, std::string_view text, const char* styleClass, Anchor anchor = Anchor::kStart);
+    /// Turned by a quarter to read upward.
+    void textUpward(Point at, std::string_view text, const char* styleClass);
+
+    /// Shapes until the end of the clip are cut at a box.
+    void beginClip(const Box& box);
+    void endClip();
+
+    /// The whole picture; nothing may be added after it.
+    std::string finish();
+
+  private:
+    void appendPoints(std::span<const Point> points);
+
+    std::string out_;
+    int nClips_ = 0;
+};
+
+}  // namespace numcore::cli::plot

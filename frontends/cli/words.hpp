@@ -1,0 +1,20 @@
+// Words of the command line: lists, likeness.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace numcore::cli {
+
+/// The words between commas; an empty list is one empty word.
+std::vector<std::string> splitList(const std::string& list);
+
+/// ASCII letters made small.
+std::string lowerCase(std::string_view text);
+
+/// Smallest number of insertions, deletions and replacements of bytes between two words.
+std::size_t editDistance(std::string_view a, std::string_view b);
+
+}  // namespace numcore::cli
