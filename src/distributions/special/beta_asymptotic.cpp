@@ -54,9 +54,8 @@ class DistanceSeries {
 
 }  // namespace
 
-// With s = e^-t in the integral and T = a + (b - 1) / 2 it becomes that of
-// e^(-T t) t^(b-1) (sinh(t/2) / (t/2))^(b-1), the last factor as a series: incomplete gamma functions of z = -T
-// ln x.
+// With s = e^-t in the integral and T = a + (b - 1) / 2 it becomes that of e^(-T t) t^(b-1) times the power b -
+// 1 of sinh(t/2) / (t/2). That power as a series in t^2 gives incomplete gamma functions of z = -T ln x.
 double gammaExpansion(const Arguments& at, double base) {
     const double logX = at.y > kLogSplit ? std::log(at.x) : logOnePlus(-at.y);
     const double order = at.a + 0.5 * (at.b - 1.0);
@@ -88,9 +87,8 @@ double gammaExpansion(const Arguments& at, double base) {
     return base + factor * sum;
 }
 
-// I = e^-Delta / sqrt(pi) * sum of d_n (sqrt(2) w)^n times the integral of u^n e^(-u^2) from z on, where d_n
-// are the coefficients of v / s, w = 1 / sqrt(a + a^2 / b) for the smaller shape a, and z^2 is the exponent at
-// x.
+// I = e^-Delta / sqrt(pi) times the sum of d_n (sqrt(2) w)^n and the integral of u^n e^(-u^2) from z on: d_n
+// are the coefficients of v / s, w = 1 / sqrt(a + a^2 / b) for the smaller shape a, z^2 the exponent at x.
 double errorFunctionExpansion(const Arguments& at, double lambda) {
     const double exponent =
         at.a * argumentMinusLogOnePlus(-lambda / at.a) + at.b * argumentMinusLogOnePlus(lambda / at.b);

@@ -24,8 +24,7 @@ TEST(NormalQuantile, ZeroOutsideTheOpenInterval) {
     EXPECT_TRUE(std::isnan(InvCDFNormalStd(std::nan(""))));
 }
 
-// Every length up to some vectors, a block and more; body and tails mixed, with what is no probability in
-// between.
+// Body and tails mixed, with what is no probability in between.
 std::vector<double> mixedProbabilities(std::size_t n) {
     const double odd[] = {0.0,    1.0,    -0.0,    -0.25,   1.5,   std::nan(""), HUGE_VAL, -HUGE_VAL,
                           5e-324, 1e-310, 1.3e-11, 1.4e-11, 0.075, 0.925,        0.5,      1.0 - 0x1p-53};
