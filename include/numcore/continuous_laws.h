@@ -1,10 +1,9 @@
 /* Continuous laws on the incomplete gamma and beta functions, and the normal laws.
  *
  * The point x or the probability p comes first, then the parameters. Densities and distribution functions are
- * of relative accuracy 1e-13 or better unless another is told, quantiles as their algorithm allows. What all
- * have in common:
- * - a parameter outside the domain told, infinite or not a number gives the missing value; p outside [0, 1] or
- * not a number does so in a quantile; a point that is not a number gives NaN;
+ * right to some 1e-13 relative unless another is told, quantiles as far as their algorithm allows. In common:
+ * - a parameter outside the domain told, infinite or not a number gives the missing value;
+ * - p outside [0, 1] or not a number gives it in a quantile; a point that is not a number gives NaN;
  * - an infinite density or quantile is the overflow marker;
  * - tail -1 (NUMCORE_TRUE) means the lower tail P(X <= x), any other value the upper tail P(X > x). */
 #pragma once
@@ -65,19 +64,20 @@ NUMCORE_API double PDFStudent(double x, double nu);
  *
  *  @param x  point
  *  @param nu degrees of freedom, > 0
- *  @return with w = nu / (x^2 + nu) and t = I_w(nu / 2, 1/2) / 2: t below 0, 1 - t from 0 on, the lower tail
- * with full relative accuracy. Kept: t is 1/2 where w is rounded to 1, for |x| below about 1e-8 sqrt(nu), an
- *          absolute error of up to 4e-9 at few degrees of freedom and any for nu from about 1e16 on */
+ *  @return with w = nu / (x^2 + nu) and t = I_w(nu / 2, 1/2) / 2: t below 0, 1 - t from 0 on, the lower
+ *          tail with full relative accuracy. Kept: t is 1/2 where w is rounded to 1, for |x| below about
+ *          1e-8 sqrt(nu), an absolute error of up to 4e-9 at few degrees of freedom and any for nu from
+ *          about 1e16 on */
 NUMCORE_API double CDFStudent(double x, double nu);
 
 /** Quantile of Student's t.
  *
  *  @param p  probability
  *  @param nu degrees of freedom, > 0, infinity allowed; the expansion is meant for 1 and more
- *  @return the quantile: exact for nu = 1 and 2; beyond 1e20 `InvCDFNormalStd`; otherwise within 1e-5 from 3
- *          degrees of freedom on and 1e-6 from 10, but off by per cents between 1 and 2 and useless below
- * (kept: no refinement). The overflow marker at p = 1; its negative twin, which is the missing value, at p = 0;
- * the missing value for nu <= 1/2 and where the expansion has no value
+ *  @return the quantile: exact for nu = 1 and 2; beyond 1e20 `InvCDFNormalStd`; otherwise within 1e-5 from
+ *          3 degrees of freedom on and 1e-6 from 10, but off by per cents between 1 and 2 and useless below
+ *          (kept: no refinement). The overflow marker at p = 1; its negative twin, which is the missing
+ *          value, at p = 0; the missing value for nu <= 1/2 and where the expansion has no value
  *
  *  CACM Algorithm 396, Hill (1970), Comm. ACM 13:619-620. Deliberate difference: the normal branch also for
  *  nu < 2.1 where the two-sided probability exceeds 1/2. */
@@ -100,18 +100,18 @@ NUMCORE_API double CDFChiSq(double x, double nu);
 /** Chi-square quantile.
  *
  *  @param p  probability. Kept: below 1e-100 (also below 0) the quantile is 0, above 0.99999999999999 (also
- * above 1) the overflow marker
+ *            above 1) the overflow marker
  *  @param nu degrees of freedom, > 0
- *  @return the quantile, off by some 1e-8 and at most about 2e-6 relative for p in [0.001, 0.999]; far off (per
- * cents, and huge numbers) for p below 1e-6 with some 20 and more degrees of freedom
+ *  @return the quantile, off by some 1e-8 and at most about 2e-6 relative for p in [0.001, 0.999]; far off
+ *          (per cents, and huge numbers) for p below 1e-6 with some 20 and more degrees of freedom
  *
- *  Algorithm AS 91, Best and Roberts (1975), Appl. Statist. 24:385-388. Kept: the stopping test is the reverse
- * of the published one. The first correction that changes the value by more than 5e-7 relative is the last;
- *  smaller ones go on up to 1000. A starting value below 5e-7 for small p is returned as it is. */
+ *  Algorithm AS 91, Best and Roberts (1975), Appl. Statist. 24:385-388. Kept: the stopping test is the
+ *  reverse of the published one. The first correction that changes the value by more than 5e-7 relative is
+ *  the last; smaller ones go on up to 1000. A starting value below 5e-7 for small p is returned as it is. */
 NUMCORE_API double InvCDFChiSq(double p, double nu);
 
-/** Upper tail P(X > x) of the chi-square law, with full relative accuracy down to the smallest doubles up to
- * 2000 degrees of freedom; above, the normal approximation of `IncompleteGamma`. 1 for x < 0. */
+/** Upper tail P(X > x) of the chi-square law, with full relative accuracy down to the smallest doubles up
+ *  to 2000 degrees of freedom; above, the normal approximation of `IncompleteGamma`. 1 for x < 0. */
 NUMCORE_API double pValChiSq(double x, double nu);
 
 /* ---- Fisher ---- */
@@ -129,9 +129,10 @@ NUMCORE_API double PDFFisher(double x, double nu1, double nu2);
  *  @param nu1  degrees of freedom of the numerator, > 0
  *  @param nu2  degrees of freedom of the denominator, > 0
  *  @param tail -1 lower, else upper tail
- *  @return with w = nu2 / (nu1 x + nu2) the upper tail I_w(nu2 / 2, nu1 / 2) or its complement, each with full
- *          relative accuracy. Kept: the upper tail is 1 where w is rounded to 1 or beyond, that is also for x
- * between -nu2 / nu1 and 0, and 0 where w is not positive, that is also for x below -nu2 / nu1 */
+ *  @return with w = nu2 / (nu1 x + nu2) the upper tail I_w(nu2 / 2, nu1 / 2) or its complement, each with
+ *          full relative accuracy. Kept: the upper tail is 1 where w is rounded to 1 or beyond, that is
+ *          also for x between -nu2 / nu1 and 0, and 0 where w is not positive, that is also for x below
+ *          -nu2 / nu1 */
 NUMCORE_API double CDFFisher(double x, double nu1, double nu2, int16_t tail);
 
 /** Quantile of Fisher's F.
@@ -140,9 +141,9 @@ NUMCORE_API double CDFFisher(double x, double nu1, double nu2, int16_t tail);
  *  @param nu1  degrees of freedom of the numerator, > 0
  *  @param nu2  degrees of freedom of the denominator, > 0
  *  @param tail -1: p is the lower tail; else the upper one
- *  @return the quantile from `InvCDFBeta`, about 1e-13; for nu2 or else nu1 above 400000 from `InvCDFChiSq` of
- * the other one, with its accuracy. The overflow marker at p = 1 of the lower tail, 0 at p = 1 of the upper
- * one; the missing value without convergence */
+ *  @return the quantile from `InvCDFBeta`, about 1e-13; for nu2 or else nu1 above 400000 from `InvCDFChiSq`
+ *          of the other one, with its accuracy. The overflow marker at p = 1 of the lower tail, 0 at p = 1
+ *          of the upper one; the missing value without convergence */
 NUMCORE_API double InvCDFFisher(double p, double nu1, double nu2, int16_t tail);
 
 /** Upper tail P(F > f) of Fisher's F: `CDFFisher` with tail 0. */
@@ -152,8 +153,8 @@ NUMCORE_API double pValFisher(double f, double nu1, double nu2);
 
 /** Beta density on [0, 1].
  *
- *  @param x     point; 0 outside [0, 1] whatever the shapes, at the ends the limit (the overflow marker for a
- * shape below 1, the other shape for a shape of 1, 0 above)
+ *  @param x     point; 0 outside [0, 1] whatever the shapes, at the ends the limit (the overflow marker for
+ *               a shape below 1, the other shape for a shape of 1, 0 above)
  *  @param alpha shape at 0, > 0
  *  @param beta  shape at 1, > 0 */
 NUMCORE_API double PDFBeta(double x, double alpha, double beta);
@@ -172,15 +173,16 @@ NUMCORE_API double CDFBeta(double x, double alpha, double beta, int16_t tail);
  *  @param alpha shape, >= 0; 0 gives the missing value for 0 < p < 1
  *  @param beta  shape, likewise
  *  @param tail  -1: p is the lower tail; else the upper one
- *  @return the quantile to about 1e-15 (what the distribution function resolves); the ends of [0, 1] for p = 0
- *          and 1; the missing value without convergence
+ *  @return the quantile to about 1e-15 (what the distribution function resolves); the ends of [0, 1] for p
+ *          = 0 and 1; the missing value without convergence
  *
  *  Algorithm AS 109, Cran, Martin and Thomas (1977), Appl. Statist. 26:111-114. Deliberate differences: a
- * starting value outside [3e-308, 0.9999999999999998] becomes 0.5; at most 1000 steps, each shrunk at most 1000
- * times by 3; they end when one changes x by less than 1e-15 relative, when the next one is bound to, or at the
- * target 10^(-13 - 2.5 / shape^2 - 0.5 / tail^2), at least 1e-300, for the size of a step that is small beside
- * x too. The smaller one of x and 1 - x is iterated, so that quantiles close to 0 keep their digits in either
- * tail. Beyond the smallest double the quantile is that double; some just above it are not reached. */
+ *  starting value outside [3e-308, 0.9999999999999998] becomes 0.5; at most 1000 steps, each shrunk at most
+ *  1000 times by 3; they end when one changes x by less than 1e-15 relative, when the next one is bound to,
+ *  or at the target 10^(-13 - 2.5 / shape^2 - 0.5 / tail^2), at least 1e-300, for the size of a step that
+ *  is small beside x too. The smaller one of x and 1 - x is iterated, so that quantiles close to 0 keep
+ *  their digits in either tail. Beyond the smallest double the quantile is that double; some just above it
+ *  are not reached. */
 NUMCORE_API double InvCDFBeta(double p, double alpha, double beta, int16_t tail);
 
 /* ---- Beta4 ---- */
@@ -238,17 +240,18 @@ NUMCORE_API double PDFErlang(double x, double k, double lambda);
 NUMCORE_API double CDFErlang(double x, double k, double lambda);
 
 /** Erlang quantile, `InvCDFChiSq`(p, 2 k) / (2 lambda), with the accuracy of that. Parameters as in
- * `PDFErlang`. */
+ *  `PDFErlang`. */
 NUMCORE_API double InvCDFErlang(double p, double k, double lambda);
 
 /* ---- Pert ---- */
 
-/** PERT density: `PDFBeta4` on [a, b] with the shapes (4 m + b - 5 a) / (b - a) and (5 b - a - 4 m) / (b - a).
+/** PERT density: `PDFBeta4` on [a, b] with the shapes (4 m + b - 5 a) / (b - a) and (5 b - a - 4 m) / (b -
+ *  a).
  *
  *  @param x point
  *  @param a minimum
- *  @param m most likely value; beyond a quarter of the width outside [a, b] a shape is negative: the missing
- * value
+ *  @param m most likely value; beyond a quarter of the width outside [a, b] a shape is negative: the
+ *           missing value
  *  @param b maximum, >= a; with b = a all probability is in that point */
 NUMCORE_API double PDFPert(double x, double a, double m, double b);
 

@@ -147,7 +147,7 @@ Point TailEquation::iterated(double x) const {
         if (std::isnan(taken)) break;
         const Point next = at.moved(taken);
         const double settled = kSettledChange * at.smaller();
-        if (std::abs(taken) < settled || next.smaller() == at.smaller()) return next;
+        if (std::abs(taken) < settled || (next.x == at.x && next.y == at.y)) return next;
         // The step that would only confirm this one is not made.
         if (taken == step && followingStep(step, at) < settled) return next;
         const bool reached = limit <= accuracy || std::abs(step) <= accuracy;

@@ -15,7 +15,7 @@ using namespace numcore::distributions;
 using numcore::kMissing;
 using numcore::kOverflow;
 
-constexpr double kChiSquareDegrees = 400000.0;
+constexpr double kChiSquareDegrees = 400000.0;  // Kept: above it no beta quantile
 
 double densityAtZero(double nu1) {
     if (nu1 < 2.0) return kOverflow;

@@ -29,7 +29,7 @@ double PDFLogNormal(double x, double mu, double sigma) {
 double CDFLogNormal(double x, double mu, double sigma) {
     if (outsideDomain(x, sigma)) return kMissing;
     if (x == 0.0) return 0.0;
-    return CDFNormalStd((std::log(x) - mu) / sigma);
+    return CDFNormalStd((std::log(x) - mu) / sigma);  // Kept: with its floor of 1e-16
 }
 
 double InvCDFLogNormal(double p, double mu, double sigma) {

@@ -131,6 +131,7 @@ double upperQuantile(double twoSided, double nu) {
 double tailArea(double x, double nu) {
     const double square = x * x;
     const double w = nu / (square + nu);
+    // Kept: decided by the rounded w.
     if (w <= 0.0) return 0.0;
     if (w >= 1.0) return 0.5;
     return 0.5 * betaRatio(0.5 * nu, 0.5, w, square / (square + nu)).lower;
