@@ -75,9 +75,9 @@ NUMCORE_API double CDFStudent(double x, double nu);
  *  @param p  probability
  *  @param nu degrees of freedom, > 0, infinity allowed; the expansion is meant for 1 and more
  *  @return the quantile: exact for nu = 1 and 2; beyond 1e20 `InvCDFNormalStd`; otherwise within 1e-5 from 3
- *          degrees of freedom on and 1e-6 from 10, but off by per cents between 1 and 2 (kept: no refinement).
- * The overflow marker at p = 1; its negative twin, which is the missing value, at p = 0; the missing value
- *          where the expansion has none (some nu below 1)
+ *          degrees of freedom on and 1e-6 from 10, but off by per cents between 1 and 2 and useless below
+ * (kept: no refinement). The overflow marker at p = 1; its negative twin, which is the missing value, at p = 0;
+ * the missing value for nu <= 1/2 and where the expansion has no value
  *
  *  CACM Algorithm 396, Hill (1970), Comm. ACM 13:619-620. Deliberate difference: the normal branch also for
  *  nu < 2.1 where the two-sided probability exceeds 1/2. */
@@ -175,10 +175,12 @@ NUMCORE_API double CDFBeta(double x, double alpha, double beta, int16_t tail);
  *  @return the quantile to about 1e-15 (what the distribution function resolves); the ends of [0, 1] for p = 0
  *          and 1; the missing value without convergence
  *
- *  Algorithm AS 109, Cran, Martin and Thomas (1977), Appl. Statist. 26:111-114. Deliberate differences: the
+ *  Algorithm AS 109, Cran, Martin and Thomas (1977), Appl. Statist. 26:111-114. Deliberate differences: a
+ * starting value outside [3e-308, 0.9999999999999998] becomes 0.5; at most 1000 steps, each shrunk at most 1000
+ * times by 3; they end when one changes x by less than 1e-15 relative, when the next one is bound to, or at the
  * target 10^(-13 - 2.5 / shape^2 - 0.5 / tail^2), at least 1e-300, for the size of a step that is small beside
- * x too; a starting value outside [3e-308, 0.9999999999999998] becomes 0.5; at most 1000 steps, each shrunk at
- * most 1000 times by 3; it ends when a step changes x by less than 1e-15 relative. */
+ * x too. The smaller one of x and 1 - x is iterated, so that quantiles close to 0 keep their digits in either
+ * tail. Beyond the smallest double the quantile is that double; some just above it are not reached. */
 NUMCORE_API double InvCDFBeta(double p, double alpha, double beta, int16_t tail);
 
 /* ---- Beta4 ---- */

@@ -11,16 +11,18 @@ NUMCORE_BEGIN_C
 /** Step table of the empirical distribution function of a weighted sample.
  *
  *  The first row is (x1, 0); where a value differs from the one before it by more than 2.220446049250313e-16,
- *  whatever their magnitude (kept), the top of the step before and the flat segment up to the value follow; the
- *  last row is (xn, 1). Tied values add no rows; an observation of weight 0 does.
+ *  whatever their magnitude (kept), the top of the step before and the flat segment up to the value follow;
+ *  the last row is (xn, 1). Tied values add no rows; an observation of weight 0 does.
  *
- *  @param values  n of them; an observation is left out when its value is missing or NaN or its weight missing
+ *  @param values  n of them; an observation is left out when its value is missing or NaN or its weight
+ *                 missing
  *  @param weights n of them; null: 1 each
  *  @param sort    flag: sort by value; otherwise the values are taken as ascending already
- *  @param table   out: 2n rows and 2 columns; the rows after the last one repeat it, so that all 2n may be read
- *  @param nRows   out: rows of the table in use, 2 for each different value; 0, with the table left alone, when
- *                 n < 1, values or table is null, no observation is left, or the weights do not sum to a
- * positive number. Null: nothing is done. */
+ *  @param table   out: 2n rows and 2 columns; the rows after the last one repeat it, so that the table can
+ *                 be read as one of 2n rows
+ *  @param nRows   out: rows of the table in use, 2 for each different value; 0, with the table left alone,
+ *                 when n < 1, values or table is null, no observation is left, or the weights do not sum to
+ *                 a positive number. Null: nothing is done. */
 NUMCORE_API void VB_BuildCDFEmpirical(const double* values, int32_t n, const double* weights, int16_t sort,
                                       double* table, int32_t* nRows);
 
@@ -35,8 +37,12 @@ NUMCORE_API double VB_InvCDFEmpirical(double p, const double* table, int32_t nRo
 /** Probability of a value in a step table: P(X <= x).
  *
  *  @param table values ascending
- *  @return the cumulative probability of the last row whose value is at most x: 0 below the first value, 1 from
- *          the last one. The missing value for x missing or NaN, a null table or nRows < 2. Binary search. */
+ *  @return the cumulative probability of the last row whose value is at most x: 0 below the first value, 1
+ *          from the last one. The missing value for x missing or NaN, a null table or nRows < 2. Binary
+ *          search. */
 NUMCORE_API double Cpp_GetProbaVal(double x, const double* table, int32_t nRows);
+
+/** `InvCDFUniformWDisc` for callers of the record interface. */
+NUMCORE_API double Cpp_InvCDFUniformWDisc(double p, const double* weights, int32_t n, double a, double b);
 
 NUMCORE_END_C

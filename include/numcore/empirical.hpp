@@ -14,9 +14,8 @@ namespace numcore {
 ///
 /// @param n       observations; no more than values has
 /// @param weights empty: 1 each; observations beyond its end are left out
-/// @param table   two columns; an empty one gets the rows it needs, of another the rows that do not fit are
-/// dropped
-///                and the rows beyond are left alone
+/// @param table   two columns; an empty one gets the rows it needs; of another, what does not fit is dropped
+///                and what lies beyond is left alone
 /// @param nRows   out: rows written
 NUMCORE_API void BuildCDFEmpirical(const matrix<double>& values, std::int32_t n, const matrix<double>& weights,
                                    std::int16_t sort, matrix<double>& table, std::int32_t& nRows);

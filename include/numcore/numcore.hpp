@@ -6,3 +6,4 @@
 #include "numcore/descriptive.hpp"
 #include "numcore/empirical.hpp"
 #include "numcore/numcore.h"
+#include "numcore/special.hpp"

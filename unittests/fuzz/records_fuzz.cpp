@@ -1,4 +1,4 @@
-// Every door that takes a record, called with hostile records. The sanitizers must have nothing to say.
+// Every door that takes a record or arrays, called with hostile ones. The sanitizers must have nothing to say.
 #include "hostile_records.hpp"
 
 namespace {
@@ -11,6 +11,7 @@ using numcore::testing::kMaxRows;
 using numcore::testing::Records;
 
 constexpr std::size_t kMessages = 7779;
+constexpr std::size_t kNameMessages = 6500;
 
 /// The record or, seldom, a null one.
 template <class Record>
@@ -134,6 +135,42 @@ void callQuantileDoor(Bytes& in) {
     Cpp_Skewness(cells, n, cellWeights, in.count(1));
 }
 
+/// Laws by code with any numbers, names, data rules and step tables.
+void callLawDoor(Bytes& in) {
+    const std::int32_t code = in.oneIn(10) ? in.count(33) : static_cast<std::int32_t>(in.below(34)) - 1;
+    double p[4];
+    for (double& parameter : p) parameter = in.number();
+    PDFGeneral(in.number(), code, p[0], p[1], p[2], p[3]);
+    CDFGeneral(in.number(), code, p[0], p[1], p[2], p[3]);
+    InvCDFGeneral(in.number() / 16.0, code, p[0], p[1], p[2], p[3]);
+
+    std::vector<double> cells(2 * in.below(kMaxRows));
+    for (double& cell : cells) cell = in.number();
+    const auto half = static_cast<std::int32_t>(cells.size() / 2);
+    const std::int32_t n = in.oneIn(10) ? -1 : half;
+    double* data = in.oneIn(20) ? nullptr : cells.data();
+    double* weights = in.oneIn(3) || data == nullptr ? nullptr : data + half;
+    std::vector<double> table(4 * cells.size());
+    std::int32_t nRows = 0;
+    VB_BuildCDFEmpirical(data, n, weights, in.flag(), in.oneIn(20) ? nullptr : table.data(), orNull(in, nRows));
+    VB_InvCDFEmpirical(in.number() / 16.0, table.data(), 2 * half);
+    Cpp_GetProbaVal(in.number(), table.data(), 2 * half);
+    Cpp_InvCDFUniformWDisc(in.number() / 16.0, data, n, in.number(), in.number());
+    // Any numbers as a table, too.
+    VB_InvCDFEmpirical(in.number() / 16.0, data, n);
+    Cpp_GetProbaVal(in.number(), data, n);
+
+    const std::int16_t exempt[] = {in.flag(), in.flag()};
+    ST_DistribSettings settings{code, in.oneIn(10) ? -1 : 2, in.oneIn(3) ? nullptr : exempt};
+    ST_DistribCheck check{};
+    Cpp_CheckDistribConstraints2(orNull(in, settings), data, n, nullptr, orNull(in, check));
+    std::vector<char16_t*> messages(kNameMessages, nullptr);
+    const char16_t name[] = {static_cast<char16_t>(in.byte()), 0};
+    std::int32_t nParameters = 0;
+    Cpp_GetDistCodeNParam(in.oneIn(20) ? nullptr : name, in.oneIn(20) ? nullptr : messages.data(),
+                          orNull(in, settings.code), orNull(in, nParameters));
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
@@ -143,7 +180,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Arrays arrays(in);
     Records records(in, arrays);
     try {
-        switch (in.below(5)) {
+        switch (in.below(6)) {
             case 0:
             case 1:
                 callSummaryDoor(in, arrays, records);
@@ -151,6 +188,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             case 2:
             case 3:
                 callDataDoor(in, records);
+                break;
+            case 4:
+                callLawDoor(in);
                 break;
             default:
                 callQuantileDoor(in);

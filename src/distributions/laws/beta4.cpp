@@ -31,5 +31,5 @@ double InvCDFBeta4(double p, double alpha, double beta, double c, double d) {
     const double width = d - c;
     if (width < 0.0) return kMissing;
     const double quantile = InvCDFBeta(p, alpha, beta, NUMCORE_TRUE);
-    return isMarker(quantile) ? quantile : c + width * quantile;
+    return isMarker(quantile) ? quantile : markInfinite(c + width * quantile);
 }

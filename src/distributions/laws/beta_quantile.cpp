@@ -64,6 +64,7 @@ class TailEquation {
     double chiSquareStart(double deviate) const;
     double target() const;
     double newtonStep(const Point& at) const;
+    double followingStep(double step, const Point& at) const;
     Point iterated(double x) const;
 
     double tail_;
@@ -118,6 +119,12 @@ double TailEquation::newtonStep(const Point& at) const {
     return std::clamp(step, -1.0, 1.0);
 }
 
+// A bound of what the step after this one will be: the error that Newton's rule leaves is step^2 f'' / (2 f').
+double TailEquation::followingStep(double step, const Point& at) const {
+    const double curvature = std::abs(a_ - 1.0) / at.x + std::abs(b_ - 1.0) / at.y + 1.0 / at.smaller();
+    return 0.5 * curvature * step * step;
+}
+
 // The step, shrunk below the limit and until it leads to a point inside (0, 1); NaN when nothing helps.
 double shrunk(double step, const Point& at, double limit) {
     for (int shrink = 0; shrink <= kMaxShrinks; ++shrink) {
@@ -139,9 +146,12 @@ Point TailEquation::iterated(double x) const {
         const double taken = shrunk(step, at, limit);
         if (std::isnan(taken)) break;
         const Point next = at.moved(taken);
+        const double settled = kSettledChange * at.smaller();
+        if (std::abs(taken) < settled || next.smaller() == at.smaller()) return next;
+        // The step that would only confirm this one is not made.
+        if (taken == step && followingStep(step, at) < settled) return next;
         const bool reached = limit <= accuracy || std::abs(step) <= accuracy;
-        const double share = reached ? kQuadraticShare : kSettledChange;
-        if (std::abs(taken) <= share * at.smaller() || next.smaller() == at.smaller()) return next;
+        if (reached && std::abs(taken) <= kQuadraticShare * at.smaller()) return next;
         at = next;
         lastStep = step;
         lastTaken = taken;

@@ -16,9 +16,8 @@ namespace {
 constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 constexpr int kMaxSteps = 20000;
 constexpr double kEuler = 0.57721566490153286061;
-constexpr double kSmallShape = 0.5;      // of the upper gamma ratio, below which 1 - P cancels
-constexpr double kSmallArgument = 0.5;   // below which its continued fraction is slow
-constexpr double kSlowFraction = 0.999;  // argument from which the beta fraction needs hundreds of steps
+constexpr double kSmallShape = 0.5;     // of the upper gamma ratio, below which 1 - P cancels
+constexpr double kSmallArgument = 0.5;  // below which its continued fraction is slow
 constexpr double kRescale = 0x1p+200;
 
 // ln Gamma(1 + a) with relative accuracy: what 1 + a loses comes back through the slope at 1.
@@ -100,8 +99,9 @@ double betaFraction(double a, double b, double x, double y) {
     return a / convergents.value();
 }
 
+// Below the mean, and not where the small leading argument makes it slow.
 bool fractionConverges(double a, double b, double x, double y) {
-    return a * y - b * x > -y && a > 0.0 && b > 0.0 && x < kSlowFraction;
+    return a * y - b * x > -y && a * y >= kSmallArgument;
 }
 
 }  // namespace

@@ -35,9 +35,11 @@ double InvCDFChiSq(double p, double nu) {
     if (p < kSmallestP) return 0.0;                // Kept: the publication ends at 2e-6
     if (p > kLargestP) return numcore::kOverflow;  // Kept: the publication ends at 0.999998
     const ChiSquareEquation equation(p, nu);
-    if (!equation.isFarBelow()) return markInfinite(chiSquareRoot(equation, equation.start()));
-    const double start = equation.farBelowStart();
-    return start < kSmallStart ? start : markInfinite(chiSquareRoot(equation, start));
+    const bool farBelow = equation.isFarBelow();
+    const double start = farBelow ? equation.farBelowStart() : equation.start();
+    if (farBelow && start < kSmallStart) return start;
+    const double root = chiSquareRoot(equation, start);
+    return std::isnan(root) ? kMissing : markInfinite(root);
 }
 
 double pValChiSq(double x, double nu) {

@@ -45,15 +45,9 @@ double oppositeTail(double t, double nu, double distance) {
     const double scaled = t * mode;
     const double curvature = 2.0 * nu * mode * mode + scaled * scaled + slope * scaled;
     const double start = std::fma(t, mode, distance);
-    const double constantBelow =
-        std::log(kNegligible / (scaled * (slope + 1.0) + nu * mode * mode + kNegligible));
-    double tail = 0.0;
-    averageOverChiScale({nu, mode, stepFor(curvature), constantBelow, kNegligible},
-                        [&](double u, double, double weight) {
-                            const double term = weight * normalUpperTail(start + scaled * std::expm1(u));
-                            tail += term;
-                            return term;
-                        });
+    const double tail = averageOverChiScale(
+        {nu, mode, stepFor(curvature), kNegligible}, normalUpperTail(distance),
+        [&](double u, double, double) { return normalUpperTail(start + scaled * std::expm1(u)); });
     return std::min(tail, 1.0);
 }
 
@@ -141,14 +135,9 @@ double noncentralStudentDensity(double t, double nu, double delta) {
     const double scaled = t * mode;
     const double reach = radius * mode;
     const double start = std::fma(t, mode, -delta);
-    double density = 0.0;
-    averageOverChiScale({nu, mode, stepFor(2.0 * reach * reach - linear * reach), -HUGE_VAL, kNegligible},
-                        [&](double u, double s, double weight) {
-                            const double term = weight * s * normalDensity(start + scaled * std::expm1(u));
-                            density += term;
-                            return term;
-                        });
-    return density;
+    return averageOverChiScale(
+        {nu, mode, stepFor(2.0 * reach * reach - linear * reach), kNegligible}, 0.0,
+        [&](double u, double s, double) { return s * normalDensity(start + scaled * std::expm1(u)); });
 }
 
 }  // namespace numcore::distributions

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 #include "distributions/laws/checks.hpp"
 #include "distributions/special/beta_ratio.hpp"
@@ -20,6 +21,14 @@ using numcore::basecore::Pi;
 
 constexpr double kSquareDominates = 1e16;  // 1 is lost beside x^2 / nu
 constexpr double kNormalDegrees = 1e20;
+constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+
+// ln(Gamma(q + 1/2) / (Gamma(q) sqrt(q))) in q^-1, q^-3, ...: Abramowitz and Stegun (1964), 6.1.41.
+constexpr std::array<double, 7> kHalfStep = {-1.0 / 8.0,        1.0 / 192.0,     -1.0 / 640.0,
+                                             17.0 / 14336.0,    -31.0 / 18432.0, 691.0 / 180224.0,
+                                             -5461.0 / 425984.0};
+constexpr double kHalfStepStart = 10.0;
+constexpr double kInverseRootTwoPi = 0.39894228040143267794;
 
 // Hill's constants, by power where there are several.
 constexpr double kShift = 0.5;
@@ -45,6 +54,27 @@ double logOnePlusRatio(double x, double nu) {
     const double ratio = x / nu * x;
     if (!(ratio > kSquareDominates)) return std::log1p(ratio);
     return 2.0 * std::log(std::abs(x)) - std::log(nu);
+}
+
+// factor * e^logarithm
+struct Scaled {
+    double factor;
+    double logarithm;
+};
+
+// Gamma(q + 1/2) / (Gamma(q) sqrt(2 pi q)): the height of the density at q = nu / 2.
+Scaled heightAt(double q) {
+    double numerator = 1.0;
+    double denominator = 1.0;
+    double shifted = q;
+    for (; shifted < kHalfStepStart; shifted += 1.0) {
+        numerator *= shifted;
+        denominator *= shifted + 0.5;
+    }
+    const double inverse = 1.0 / shifted;
+    const double series = inverse * polynomial(kHalfStep, inverse * inverse);
+    if (shifted == q) return {kInverseRootTwoPi, series};
+    return {kInverseRootTwoPi * (std::sqrt(shifted) / std::sqrt(q)) * (numerator / denominator), series};
 }
 
 // e^y - 1
@@ -94,7 +124,7 @@ class HillExpansion {
 double upperQuantile(double twoSided, double nu) {
     if (nu == 1.0) return 1.0 / std::tan(0.5 * Pi() * twoSided);
     if (nu == 2.0) return std::sqrt(2.0 / (twoSided * (2.0 - twoSided)) - 2.0);
-    return HillExpansion(twoSided, nu).quantile();
+    return nu > kShift ? HillExpansion(twoSided, nu).quantile() : kNoNumber;
 }
 
 // P(|T| > |x|) / 2
@@ -110,7 +140,8 @@ double tailArea(double x, double nu) {
 
 double PDFStudent(double x, double nu) {
     if (!isPositive(nu)) return kMissing;
-    return std::exp(-betaln(0.5, 0.5 * nu) - 0.5 * std::log(nu) - 0.5 * (nu + 1.0) * logOnePlusRatio(x, nu));
+    const Scaled height = heightAt(0.5 * nu);
+    return height.factor * std::exp(height.logarithm - 0.5 * (nu + 1.0) * logOnePlusRatio(x, nu));
 }
 
 double CDFStudent(double x, double nu) {
@@ -121,7 +152,7 @@ double CDFStudent(double x, double nu) {
 
 double InvCDFStudent(double p, double nu) {
     if (!(nu > 0.0) || !isProbability(p)) return kMissing;
-    if (p == 0.0) return -kOverflow;  // the bits of the missing value
+    if (p == 0.0) return -kOverflow;  // that is the missing value
     if (p == 1.0) return kOverflow;
     if (nu > kNormalDegrees) return InvCDFNormalStd(p);
     const double size = upperQuantile(2.0 * std::min(p, 1.0 - p), nu);

@@ -17,6 +17,13 @@ constexpr double kErrorTolerance = 100.0 * kEpsilon;
 constexpr double kHalfRootPi = 0.88622692545275801365;
 constexpr double kInverseRootPi = 0.56418958354775628695;
 
+// Coefficients of sinh(s) / s in s^2.
+constexpr auto kSinhSeries = [] {
+    std::array<double, kGammaTerms + 1> c = {1.0};
+    for (std::size_t n = 1; n < c.size(); ++n) c[n] = c[n - 1] / static_cast<double>(2 * n * (2 * n + 1));
+    return c;
+}();
+
 using Series = std::array<double, kErrorTerms + 2>;
 
 // The exponent of the integrand, at t from the mean, is t^2 (1/a + 1/b) / 2 near it. With s = t over the
@@ -47,9 +54,8 @@ class DistanceSeries {
 
 }  // namespace
 
-// With s = e^-t in the integral and T = a + (b - 1) / 2 it becomes that of
-// e^(-T t) t^(b-1) (sinh(t/2) / (t/2))^(b-1), the last factor as a series: incomplete gamma functions of z = -T
-// ln x.
+// With s = e^-t in the integral and T = a + (b - 1) / 2 it becomes that of e^(-T t) t^(b-1) times the power b -
+// 1 of sinh(t/2) / (t/2). That power as a series in t^2 gives incomplete gamma functions of z = -T ln x.
 double gammaExpansion(const Arguments& at, double base) {
     const double logX = at.y > kLogSplit ? std::log(at.x) : logOnePlus(-at.y);
     const double order = at.a + 0.5 * (at.b - 1.0);
@@ -60,7 +66,6 @@ double gammaExpansion(const Arguments& at, double base) {
                           std::exp(at.b * std::log(-logX) - z - logGammaRatio(at.b, at.a));
     if (factor == 0.0) return base;
 
-    std::array<double, kGammaTerms + 1> sinhSeries = {1.0};
     std::array<double, kGammaTerms + 1> raised = {1.0};
     const double scale = 0.25 / (order * order);
     const double square = 0.25 * logX * logX;
@@ -73,8 +78,7 @@ double gammaExpansion(const Arguments& at, double base) {
         const double shape = at.b + (twice - 2.0);
         integral = (shape * (shape + 1.0) * integral + (z + shape + 1.0) * power) * scale;
         power *= square;
-        sinhSeries[n] = sinhSeries[n - 1] / (twice * (twice + 1.0));
-        raised[n] = coefficientOfPower(sinhSeries, raised, n, at.b - 1.0);
+        raised[n] = coefficientOfPower(kSinhSeries, raised, n, at.b - 1.0);
         const double step = raised[n] * integral;
         sum += step;
         if (!(sum > 0.0)) return base;
@@ -83,9 +87,8 @@ double gammaExpansion(const Arguments& at, double base) {
     return base + factor * sum;
 }
 
-// I = e^-Delta / sqrt(pi) * sum of d_n (sqrt(2) w)^n times the integral of u^n e^(-u^2) from z on, where d_n
-// are the coefficients of v / s, w = 1 / sqrt(a + a^2 / b) for the smaller shape a, and z^2 is the exponent at
-// x.
+// I = e^-Delta / sqrt(pi) times the sum of d_n (sqrt(2) w)^n and the integral of u^n e^(-u^2) from z on: d_n
+// are the coefficients of v / s, w = 1 / sqrt(a + a^2 / b) for the smaller shape a, z^2 the exponent at x.
 double errorFunctionExpansion(const Arguments& at, double lambda) {
     const double exponent =
         at.a * argumentMinusLogOnePlus(-lambda / at.a) + at.b * argumentMinusLogOnePlus(lambda / at.b);

@@ -21,10 +21,8 @@ struct Scaled {
 // 1 / Gamma(x), 0 < x < 16.
 double reciprocalGamma(double x) {
     double product = 1.0;
-    while (x > 2.0) {
-        x -= 1.0;
-        product *= x;
-    }
+    for (; x > 3.0; x -= 2.0) product *= (x - 1.0) * (x - 2.0);
+    if (x > 2.0) product *= --x;
     if (x < 0.5) return x * (1.0 + reciprocalGammaExcess(x));
     return (1.0 + reciprocalGammaExcess(x - 1.0)) / product;
 }

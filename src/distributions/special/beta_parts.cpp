@@ -239,6 +239,8 @@ double upperGammaNearZero(double a, double x, double logPower) {
 }
 
 double scaledUpperGamma(double a, double x) {
+    if (a == 0.5) return scaledErfc(std::sqrt(x)) / (kInverseRootPi * std::sqrt(x));
+    if (a == 1.0) return 1.0 / x;
     if (x >= kGammaFractionStart) return upperFraction(a, x);
     const double logPower = a * std::log(x);
     const double density = a * (1.0 + reciprocalGammaExcess(a)) * std::exp(logPower - x);

@@ -44,8 +44,7 @@ double seriesForTinyB(const Arguments& at) {
     return at.b / at.a * power * (1.0 + at.a * sum);
 }
 
-// The first-order term in a: -a (ln x + psi(b) + Euler's constant + the sum of (1-b)(2-b)...(n-b) x^n / (n!
-// n)).
+// First order in a: -a (ln x + psi(b) + Euler's constant + the sum of (1-b)(2-b)...(n-b) / n! x^n / n).
 double upperForTinyA(const Arguments& at) {
     const double bx = at.b * at.x;
     double term = at.x - bx;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <limits>
 
 #include "distributions/special/polynomial.hpp"
 #include "numcore/markers.hpp"
@@ -44,6 +45,7 @@ constexpr std::array<double, 26> kReciprocalGamma = {1.0e0,
                                                      0.14e-14,
                                                      0.1e-15};
 constexpr double kLargestGammaArgument = 170.0;
+constexpr double kProductOverflows = 172.0;
 constexpr double kLargestPole = 0x1p-1024;  // the reciprocal of anything smaller overflows
 
 // Bernardo, J. M. (1976), Algorithm AS 103, Appl. Statist. 25:315-317.
@@ -64,15 +66,12 @@ double seriesOfGamma(double z) {
     return 1.0 / (polynomial(kReciprocalGamma, z) * z);
 }
 
-// Gamma(x), x > 0, not whole where it is above 1. The product may overflow, beyond which no factor matters.
+// Gamma(x), x > 0, not whole where it is above 1; infinite where it overflows.
 double gammaByProduct(double x) {
-    double z = x;
+    if (x > kProductOverflows) return std::numeric_limits<double>::infinity();
     double product = 1.0;
-    while (z > 1.0 && std::isfinite(product)) {
-        z -= 1.0;
-        product *= z;
-    }
-    return std::isfinite(product) ? product * seriesOfGamma(z) : product;
+    for (; x > 2.0; x -= 2.0) product *= (x - 1.0) * (x - 2.0);
+    return x > 1.0 ? product * (x - 1.0) * seriesOfGamma(x - 1.0) : product * seriesOfGamma(x);
 }
 
 // sin(pi x), right also where it is small.

@@ -22,7 +22,7 @@ namespace numcore::testing {
 using Parameters = std::vector<double>;
 
 /// A function of a law: the point or probability and the parameters, all as doubles. Made from a plain function
-/// (integers are truncated and clamped to their range) or from a lambda that takes the list.
+/// (integers are truncated and clamped to their range) or from one that takes the list.
 class LawFunction {
   public:
     template <class Result, class Point, class... Rest>
@@ -30,6 +30,8 @@ class LawFunction {
         : call_([function](double x, const Parameters& p) {
               return invoke(function, x, p, std::index_sequence_for<Rest...>());
           }) {}
+    LawFunction(double (*call)(double, const Parameters&))  // NOLINT(google-explicit-constructor)
+        : call_(call) {}
     LawFunction(std::function<double(double, const Parameters&)> call)  // NOLINT(google-explicit-constructor)
         : call_(std::move(call)) {}
 
@@ -105,9 +107,10 @@ inline std::vector<double> pointsOf(const Law& law, const Parameters& parameters
     return points;
 }
 
+inline constexpr double kRounding = 1e-12;
+
 /// Density >= 0; distribution within [0, 1] and rising but for roundings.
 inline void expectDistribution(const Law& law) {
-    constexpr double kRounding = 1e-12;
     for (const Parameters& parameters : law.good) {
         double below = 0.0;
         for (const double x : pointsOf(law, parameters)) {
@@ -115,7 +118,7 @@ inline void expectDistribution(const Law& law) {
             EXPECT_GE(law.density(x, parameters), 0.0);
             const double probability = law.distribution(x, parameters);
             EXPECT_GE(probability, std::max(0.0, below - kRounding));
-            EXPECT_LE(probability, 1.0);
+            EXPECT_LE(probability, 1.0 + kRounding);
             below = std::max(below, probability);
         }
     }
@@ -203,10 +206,10 @@ inline void expectSensible(const Law& law, double x, const Parameters& parameter
     const double probability = law.distribution(x, parameters);
     const double quantile = law.quantile(x, parameters);
     if (!law.checksParameters) return;
-    const bool sensible =
-        (std::isnan(density) || isMarker(density) || density >= 0.0) &&
-        (std::isnan(probability) || isMarker(probability) || (probability >= 0.0 && probability <= 1.0)) &&
-        !std::isinf(quantile);
+    const bool sensible = (std::isnan(density) || isMarker(density) || density >= 0.0) &&
+                          (std::isnan(probability) || isMarker(probability) ||
+                           (probability >= 0.0 && probability <= 1.0 + kRounding)) &&
+                          !std::isinf(quantile);
     if (sensible) return;
     ADD_FAILURE() << shown(law, parameters, x) << ": density " << density << ", distribution " << probability
                   << ", quantile " << quantile;

@@ -1,6 +1,3 @@
-// g++ 12 warns without cause where "literal" + std::to_string(...) of scalar_rows.hpp is inlined.
-#pragma GCC diagnostic ignored "-Wrestrict"
-
 #include <gtest/gtest.h>
 
 #include <array>

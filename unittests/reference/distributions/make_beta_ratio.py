@@ -20,7 +20,6 @@ POINTS = [
 ]
 
 
-
 def tail(a, b, x):
     """I_x(a, b) by Gauss's continued fraction, for x below the mean."""
     front = x**a * (1 - x) ** b / (a * beta(a, b))
