@@ -114,7 +114,7 @@ void addLawQuantiles(CLI::App& command, Options& options) {
 void decideQuantile(const RawOptions& raw, Options& options) {
     const std::string& name = raw.fileOrLaw;
     const bool valuesFromFile = !options.file.empty();
-    if (!valuesFromFile && (isFileHere(name) || looksLikeAPath(name))) {
+    if (!valuesFromFile && (isFileHere(name) || (looksLikeAPath(name) && !findLaw(name)))) {
         if (hasLawOptions(options)) {
             const auto law = findLaw(name);
             const std::string other =
@@ -131,10 +131,8 @@ void decideQuantile(const RawOptions& raw, Options& options) {
     }
     if (!valuesFromFile && !findLaw(name)) {
         throw UsageError(
-            fmt::format("{0} is neither a file here nor a law\n"
-                        "  numcore quantile FILE --p 0.5          quantiles of a file's columns\n"
-                        "  numcore quantile LAW 0.5 PARAMETERS    quantiles of a law; numcore law lists them",
-                        quotedForMessage(name)));
+            fmt::format("{} is no file here and no law: quantile takes FILE --p 0.5, or LAW 0.5 PARAMETERS\n{}",
+                        quotedForMessage(name), unknownLaw(name)));
     }
     options.command = Command::kLawQuantile;
     options.law.name = name;

@@ -125,8 +125,9 @@ TEST_F(Program, PrefersAFileToALawOfItsName) {
     EXPECT_EQ(both.exitCode, 1);
     EXPECT_NE(both.output.find("'t' is a file"), std::string::npos) << both.output;
     EXPECT_NE(both.output.find("its code 18"), std::string::npos);
-    const Outcome neither = shell(inFolder + "neither 2>&1");
-    EXPECT_NE(neither.output.find("neither a file here nor a law"), std::string::npos) << neither.output;
+    const Outcome neither = shell(inFolder + "nromal 2>&1");
+    EXPECT_NE(neither.output.find("no file here and no law"), std::string::npos) << neither.output;
+    EXPECT_NE(neither.output.find("did you mean normal?"), std::string::npos);
 }
 
 TEST_F(Program, DrawsLawsToFiles) {

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -13,12 +14,11 @@ namespace numcore::cli {
 
 namespace {
 
-constexpr double kLargestCount = 2147483647.0;   // an unbounded quantile of a discrete law
-constexpr double kNoCount = 4294967295.0;        // one that cannot be computed
-constexpr double kSmallestProbability = 1e-300;  // what a probability of 0 is below, at least
-constexpr double kSubtractionFloor = 1e-14;      // the same for 1 - lower tail
-constexpr double kFewDigits = 1e-6;              // such a difference has lost half its digits below this
-constexpr double kNearOne = 1.0 - 5e-7;          // shown as 1 with six digits
+constexpr double kLargestCount = 2147483647.0;  // an unbounded quantile of a discrete law
+constexpr double kNoCount = 4294967295.0;       // one that cannot be computed
+constexpr double kSubtractionFloor = 1e-14;     // the same for 1 - lower tail
+constexpr double kFewDigits = 1e-6;             // such a difference has lost half its digits below this
+constexpr double kNearOne = 1.0 - 5e-7;         // shown as 1 with six digits
 
 constexpr int kExtremeValueCode = 23;
 
@@ -38,7 +38,16 @@ double lowerQuantile(const ChosenLaw& chosen, double p) {
 double boundOf(const ChosenLaw& chosen, Tail tail) {
     const Law& law = *chosen.law;
     if (tail == Tail::kUpper && law.upperTail == nullptr) return kSubtractionFloor;
-    return law.floor == nullptr ? kSmallestProbability : law.floor(chosen.parameters);
+    return law.floor == nullptr ? kSmallestProbability : law.floor(chosen.parameters, tail == Tail::kUpper);
+}
+
+/// A quantile whose own tail probability is not the one that was asked for.
+bool isOff(const ChosenLaw& chosen, double x, double p, Tail tail) {
+    constexpr double kAllowed = 1e-4;
+    if (chosen.law->discrete || !std::isfinite(x)) return false;
+    const double back = distributionAt(chosen, x, tail);
+    // 0 says nothing about a small p.
+    return back > 0.0 && std::abs(back - p) > kAllowed * std::min(p, 1.0 - p);
 }
 
 bool isMarker(double value) {
@@ -125,7 +134,10 @@ Cell quantileCell(const ChosenLaw& chosen, double p, Tail tail, Remarks& remarks
     remarks.beyondMethod |= value == NUMCORE_OVERFLOW && p > 0.0 && p < 1.0;
     remarks.subtracted |=
         tail == Tail::kUpper && chosen.law->upperQuantile == nullptr && p < kFewDigits && p > 0.0;
-    remarks.shapeSign |= chosen.code == kExtremeValueCode && chosen.parameters[0] != 0.0 && p > 0.0 && p < 1.0;
+    const bool inside = p > 0.0 && p < 1.0 && !isMarker(value);
+    const bool otherShape = chosen.code == kExtremeValueCode && chosen.parameters[0] != 0.0;
+    remarks.shapeSign |= inside && otherShape;
+    remarks.off |= inside && !otherShape && isOff(chosen, value, p, tail);
     return cellOf(value);
 }
 
@@ -149,6 +161,9 @@ std::vector<std::string> sentences(const Remarks& remarks, const ChosenLaw& chos
     add(remarks.notProbability, "values below 0 or above 1 are no probabilities and have no quantile");
     add(remarks.noResult, fmt::format("the library gives no value for some of these: {}",
                                       chosen.nParameters == 0 ? chosen.name : chosen.parameterText()));
+    add(remarks.off,
+        "the library's quantile is off for some of these: its own tail probability (cdf) differs from the "
+        "one asked for by more than 1e-4 of it");
     add(remarks.shapeSign,
         fmt::format("this quantile takes the shape with the other sign: it undoes the distribution of k = {}",
                     -chosen.parameters[0]));

@@ -13,14 +13,18 @@ namespace {
 
 constexpr double kNormalFloor = 1e-16;  // of CDFNormalStd
 
-double normalFloor(const Values& /*parameters*/) {
+double normalFloor(const Values& /*parameters*/, bool /*upper*/) {
     return kNormalFloor;
 }
 
-/// AS 239 gives 0 below e^-88, and beyond shape 1000 it is a normal approximation.
-double gammaFloor(double shape) {
-    return shape > 1000.0 ? kNormalFloor : 6.1e-39;
+/// AS 239 gives 0 below e^-88, and beyond shape 1000 both tails are a normal approximation.
+double gammaFloor(double shape, bool upper) {
+    if (shape > 1000.0) return kNormalFloor;
+    return upper ? kSmallestProbability : 6.1e-39;
 }
+
+constexpr const char* kGammaQuantiles =
+    "Quantiles are right to 1e-6 or so; for probabilities below 1e-6 and large shapes they can be far off.";
 
 /// Bounds of the beta law: c and d.
 double betaUpperTail(double x, const Values& p) {
@@ -116,12 +120,13 @@ std::vector<Law> gammaLaws() {
          .support = halfLine,
          .functions = "PDFChiSq CDFChiSq InvCDFChiSq pValChiSq",
          .upperTail = [](double x, const Values& p) { return pValChiSq(x, p[0]); },
-         .floor = [](const Values& p) { return gammaFloor(p[0] / 2.0); },
+         .floor = [](const Values& p, bool upper) { return gammaFloor(p[0] / 2.0, upper); },
          .mean = [](const Values& p) { return p[0]; },
          .variance = [](const Values& p) { return 2.0 * p[0]; },
          .meanText = "nu",
          .varianceText = "2 nu",
-         .example = "3"},
+         .example = "3",
+         .notes = {kGammaQuantiles}},
         {.codes = {10, 11, 12},
          .aliases = {{"gamma"}},
          .parameters = {{"", "shape", Domain::kPositive, 0.0, false, "shape a alpha"},
@@ -133,14 +138,15 @@ std::vector<Law> gammaLaws() {
              },
          .functions = "PDFGamma3 CDFGamma3 InvCDFGamma3",
          .upperTail = [](double x, const Values& p) { return pValChiSq(2.0 * (x - p[2]) / p[1], 2.0 * p[0]); },
-         .floor = [](const Values& p) { return gammaFloor(p[0]); },
+         .floor = [](const Values& p, bool upper) { return gammaFloor(p[0], upper); },
          .mean = [](const Values& p) { return p[2] + p[0] * p[1]; },
          .variance = [](const Values& p) { return p[0] * p[1] * p[1]; },
          .meanText = "mu + k beta",
          .varianceText = "k beta^2",
          .example = "2 3",
          .notes = {"R's gamma takes shape and rate: beta = 1/rate. scipy's takes a, loc and scale: here the "
-                   "scale comes before the location."}},
+                   "scale comes before the location.",
+                   kGammaQuantiles}},
         {.codes = {24},
          .aliases = {{"erlang"}},
          .parameters = {{"", "shape", Domain::kPositiveCount, 0.0, false, "shape"},
@@ -148,13 +154,13 @@ std::vector<Law> gammaLaws() {
          .support = halfLine,
          .functions = "PDFErlang CDFErlang InvCDFErlang",
          .upperTail = [](double x, const Values& p) { return pValChiSq(2.0 * p[1] * x, 2.0 * p[0]); },
-         .floor = [](const Values& p) { return gammaFloor(p[0]); },
+         .floor = [](const Values& p, bool upper) { return gammaFloor(p[0], upper); },
          .mean = [](const Values& p) { return p[0] / p[1]; },
          .variance = [](const Values& p) { return p[0] / (p[1] * p[1]); },
          .meanText = "k/lambda",
          .varianceText = "k/lambda^2",
          .example = "3 0.5",
-         .notes = {"The second parameter is a rate; the gamma law takes a scale."}},
+         .notes = {"The second parameter is a rate; the gamma law takes a scale.", kGammaQuantiles}},
     };
 }
 

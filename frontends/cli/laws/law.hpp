@@ -60,8 +60,8 @@ struct Law {
     /// The upper tail and its quantile without a subtraction from 1; null: 1 - lower tail.
     LawFunction upperTail = nullptr;
     LawFunction upperQuantile = nullptr;
-    /// Below it a probability comes out as 0; null: the smallest double.
-    Moment floor = nullptr;
+    /// Below it a lower or an upper tail comes out as 0; null: about the smallest double.
+    double (*floor)(const Values&, bool upper) = nullptr;
     Moment mean = nullptr;  // the missing value where there is none
     Moment variance = nullptr;
     const char* meanText = nullptr;

@@ -50,34 +50,6 @@ void forEachName(const auto& visit) {
     }
 }
 
-UsageError unknownLaw(std::string_view name) {
-    const std::string plain = plainName(name);
-    for (const Alias& other : kElsewhere) {
-        if (plain == plainName(other.name)) {
-            return UsageError(
-                fmt::format("the law {} is not offered under this name; take {}", other.name, other.note));
-        }
-    }
-    std::vector<std::pair<std::size_t, std::string>> near;
-    forEachName([&](std::string_view known, const Law& law) {
-        const std::string word = plainName(known);
-        std::size_t distance = editDistance(plain, word);
-        // The start of a name counts as near.
-        if (plain.size() >= 3 && word.starts_with(plain)) distance = 1;
-        const bool listed =
-            std::ranges::any_of(near, [&](const auto& entry) { return entry.second == law.name; });
-        if (distance <= std::max<std::size_t>(1, plain.size() / 3) && !listed)
-            near.emplace_back(distance, law.name);
-    });
-    std::ranges::stable_sort(near, {}, [](const auto& entry) { return entry.first; });
-    std::string text = fmt::format("no law {}", quotedForMessage(name));
-    constexpr std::size_t kMost = 3;
-    for (std::size_t i = 0; i < std::min(near.size(), kMost); ++i) {
-        text += fmt::format("{}{}", i == 0 ? "; did you mean " : " or ", near[i].second);
-    }
-    return UsageError(text + (near.empty() ? "" : "?") + "\nnumcore law lists all laws");
-}
-
 }  // namespace
 
 std::string plainName(std::string_view name) {
@@ -115,9 +87,36 @@ std::optional<NamedLaw> findLaw(std::string_view name) {
     return std::nullopt;
 }
 
+std::string unknownLaw(std::string_view name) {
+    const std::string plain = plainName(name);
+    for (const Alias& other : kElsewhere) {
+        if (plain == plainName(other.name)) {
+            return fmt::format("the law {} is not offered under this name; take {}", other.name, other.note);
+        }
+    }
+    std::vector<std::pair<std::size_t, std::string>> near;
+    forEachName([&](std::string_view known, const Law& law) {
+        const std::string word = plainName(known);
+        std::size_t distance = editDistance(plain, word);
+        // The start of a name counts as near.
+        if (plain.size() >= 3 && word.starts_with(plain)) distance = 1;
+        const bool listed =
+            std::ranges::any_of(near, [&](const auto& entry) { return entry.second == law.name; });
+        if (distance <= std::max<std::size_t>(1, plain.size() / 3) && !listed)
+            near.emplace_back(distance, law.name);
+    });
+    std::ranges::stable_sort(near, {}, [](const auto& entry) { return entry.first; });
+    std::string text = fmt::format("no law {}", quotedForMessage(name));
+    constexpr std::size_t kMost = 3;
+    for (std::size_t i = 0; i < std::min(near.size(), kMost); ++i) {
+        text += fmt::format("{}{}", i == 0 ? "; did you mean " : " or ", near[i].second);
+    }
+    return text + (near.empty() ? "" : "?") + "\nnumcore law lists all laws";
+}
+
 NamedLaw lawNamed(std::string_view name) {
     if (const auto found = findLaw(name)) return *found;
-    throw unknownLaw(name);
+    throw UsageError(unknownLaw(name));
 }
 
 }  // namespace numcore::cli

@@ -10,6 +10,9 @@ namespace numcore::cli {
 
 inline constexpr double kInfinite = std::numeric_limits<double>::infinity();
 
+/// What a probability that came out as 0 is below, unless a law says more.
+inline constexpr double kSmallestProbability = 1e-300;
+
 inline Interval wholeLine(const Values& /*parameters*/) {
     return {-kInfinite, kInfinite};
 }
