@@ -1,8 +1,8 @@
 /* Special functions: plain functions of doubles, without allocation or state.
  *
  * The point of evaluation comes first, before the shapes. Nothing but the returned value tells of an error: the
- * missing value outside a domain, the overflow marker for an infinite result, and what each function says. NaN is
- * not screened but flows through. Every call ends, whatever its arguments. */
+ * missing value outside a domain, the overflow marker for an infinite result, and what each function says. NaN
+ * is not screened but flows through. Every call ends, whatever its arguments. */
 #pragma once
 
 #include "numcore/api.h"
@@ -15,9 +15,9 @@ NUMCORE_BEGIN_C
  *  @param a shape, > 0
  *  @return P(a, x); NaN outside the domain, where the publication's series and fraction need not end
  *
- *  Algorithm AS 239, Shea (1988), Applied Statistics 37:466-473: relative error about 1e-13 up to a = 100 and
- *  1e-11 up to 1000. Kept: above a = 1000 the normal approximation of Wilson and Hilferty, off by up to 5e-6;
- *  1 for x > 1e8; 0 (or 1, above the mean) where the logarithm of the smaller tail is below -88. */
+ *  Algorithm AS 239, Shea (1988), Applied Statistics 37:466-473: relative error of the smaller tail below
+ * 1e-13. Kept: above a = 1000 the normal approximation of Wilson and Hilferty, off by up to 5e-6; 1 for x >
+ * 1e8; 0 (or 1, above the mean) where the logarithm of the smaller tail is below -88. */
 NUMCORE_API double IncompleteGamma(double x, double a);
 
 /** Regularised incomplete beta function I_x(a, b).
@@ -39,7 +39,8 @@ NUMCORE_API double IncompleteBeta(double x, double a, double b);
  *  @param x point in [0, 1); it converges fast for x < (a + 1) / (a + b + 2)
  *  @param a shape, > 0
  *  @param b shape, > 0
- *  @return the fraction to 3e-7; 0 when 100 steps do not suffice (kept: callers take it for a failure) and for NaN
+ *  @return the fraction to 3e-7; 0 when 100 steps do not suffice (kept: callers take it for a failure) and for
+ * NaN
  *
  *  In two-step recurrence form, renormalised in each step: Abramowitz and Stegun (1964), 26.5.8. */
 NUMCORE_API double Betacf(double x, double a, double b);
@@ -53,7 +54,8 @@ NUMCORE_API double betaln(double a, double b);
 
 /** Stirling correction ln Gamma(x) - [(x - 1/2) ln x - x + ln(2 pi) / 2] for x >= 10.
  *
- *  @return the correction to about 5e-15 relative; the missing value for x < 10 and from 3.74519403096316e306 on
+ *  @return the correction to about 5e-15 relative; the missing value for x < 10 and from 3.74519403096316e306
+ * on
  *
  *  Fullerton (1977), SLATEC library, D9LGMC; kept: the first five terms of its series. */
 NUMCORE_API double GammaLnCorr(double x);
@@ -97,8 +99,8 @@ NUMCORE_API double InvCDFNormalStd(double p);
 /** Gamma function.
  *
  *  @param x any number; NaN gives NaN
- *  @return Gamma(x) to about 1e-15 relative, less close to the negative whole numbers; the overflow marker for
- *          x > 170 and at 0, -1, -2, ...
+ *  @return Gamma(x) to about 1e-15 relative, the overflow marker for x > 170, at 0, -1, -2, ...
+ *          and where 1 / x overflows
  *
  *  Power series of 1 / Gamma with 26 terms, Zhang and Jin (1996), Computation of Special Functions, GAMMA2. */
 NUMCORE_API double GammaF(double x);
@@ -122,8 +124,10 @@ NUMCORE_API double Trigamma(double x);
  *
  *  @param s   exponent, > 1; the overflow marker for s <= 1, where the series diverges
  *  @param tol largest change that ends the sum; 0 or below: until the sum does not change any more
- *  @return the sum, below zeta(s) by about tol^(1 - 1/s) / (s - 1); NaN when s or tol is NaN. Kept: no
- *          acceleration. It ends after 2^27 terms whatever they are: within seconds. */
+ *  @return the sum, below zeta(s) by about tol^(1 - 1/s) / (s - 1); NaN when s or tol is NaN
+ *
+ *  From the 1000th term on, the terms up to that last one are summed by the Euler-Maclaurin formula, Abramowitz
+ *  and Stegun (1964), 23.1.30: the same partial sum (kept: it is not completed), at once. */
 NUMCORE_API double RiemannZeta(double s, double tol);
 
 /** Inverse hyperbolic tangent ln((1 + x) / (1 - x)) / 2; the missing value for x <= -1 and x >= 1. */

@@ -21,10 +21,8 @@ struct Scaled {
 // 1 / Gamma(x), 0 < x < 16.
 double reciprocalGamma(double x) {
     double product = 1.0;
-    while (x > 2.0) {
-        x -= 1.0;
-        product *= x;
-    }
+    for (; x > 3.0; x -= 2.0) product *= (x - 1.0) * (x - 2.0);
+    if (x > 2.0) product *= --x;
     if (x < 0.5) return x * (1.0 + reciprocalGammaExcess(x));
     return (1.0 + reciprocalGammaExcess(x - 1.0)) / product;
 }
@@ -71,6 +69,12 @@ double powerFactor(const Arguments& at, double shift) {
     const Scaled inverse = inverseBeta(at.a, at.b);
     const double logPowers = at.a * logOf(at.x, at.y) + at.b * logOf(at.y, at.x);
     return inverse.factor * std::exp(shift + logPowers + inverse.logarithm);
+}
+
+double gammaFactor(double a, double x) {
+    if (a < kStirlingStart) return std::exp(a * std::log(x) - x) * reciprocalGamma(a + 1.0);
+    const double depth = depthBelowPeak(a, (x - a) / a, x, a);
+    return kInverseRootTwoPi / std::sqrt(a) * std::exp(-depth - stirlingCorrection(a));
 }
 
 double seriesFactor(const Arguments& at) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "distributions/special/continued_fraction.hpp"
 #include "distributions/special/polynomial.hpp"
 
 namespace numcore::distributions::beta_parts {
@@ -127,8 +128,10 @@ double lowerSeriesDefect(double a, double x) {
     double power = x;
     double sum = x / (a + 3.0);
     for (int n = 4; n < kMaxGammaSteps; ++n) {
-        power *= -x / n;
-        const double term = power / (a + n);
+        const double shape = a + n;
+        const double inverse = 1.0 / (n * shape);  // the only division of a step
+        power *= -x * (shape * inverse);
+        const double term = power * (n * inverse);
         sum += term;
         if (std::abs(term) <= tolerance) break;
     }
@@ -137,25 +140,11 @@ double lowerSeriesDefect(double a, double x) {
 
 // The even part of Legendre's fraction of Gamma(a, x) e^x x^-a.
 double upperFraction(double a, double x) {
-    double olderNumerator = 0.0;
-    double olderDenominator = 1.0;
-    double numerator = 1.0;
-    double denominator = x + 1.0 - a;
-    double value = numerator / denominator;
+    Convergents fraction(1.0, x + 1.0 - a);
     for (int n = 1; n < kMaxGammaSteps; ++n) {
-        const double alpha = -n * (n - a);
-        const double beta = x + 2.0 * n + 1.0 - a;
-        // Scaled by the newest denominator, which is positive.
-        const double inverse = 1.0 / (beta * denominator + alpha * olderDenominator);
-        const double newest = (beta * numerator + alpha * olderNumerator) * inverse;
-        olderNumerator = numerator * inverse;
-        olderDenominator = denominator * inverse;
-        numerator = newest;
-        denominator = 1.0;
-        if (std::abs(newest - value) <= kEpsilon * newest) return newest;
-        value = newest;
+        if (fraction.advance(-n * (n - a), x + (2 * n + 1) - a, kEpsilon)) break;
     }
-    return value;
+    return fraction.value();
 }
 
 }  // namespace
@@ -214,13 +203,16 @@ double reciprocalGammaExcess(double x) {
     return shifted ? t * w / x : x * ((w + 0.5) + 0.5);
 }
 
+double stirlingCorrection(double a) {
+    return polynomial(kStirling, 1.0 / (a * a)) / a;
+}
+
 double stirlingCorrection(double a, double b) {
     const double smaller = std::min(a, b);
     const double larger = std::max(a, b);
     const double h = smaller / larger;
     const double ratio = 1.0 / (1.0 + h);
-    const double t = 1.0 / (smaller * smaller);
-    return polynomial(kStirling, t) / smaller + correctionDifference(larger, ratio, h * ratio);
+    return stirlingCorrection(smaller) + correctionDifference(larger, ratio, h * ratio);
 }
 
 double logGammaRatio(double a, double b) {
@@ -247,6 +239,8 @@ double upperGammaNearZero(double a, double x, double logPower) {
 }
 
 double scaledUpperGamma(double a, double x) {
+    if (a == 0.5) return scaledErfc(std::sqrt(x)) / (kInverseRootPi * std::sqrt(x));
+    if (a == 1.0) return 1.0 / x;
     if (x >= kGammaFractionStart) return upperFraction(a, x);
     const double logPower = a * std::log(x);
     const double density = a * (1.0 + reciprocalGammaExcess(a)) * std::exp(logPower - x);

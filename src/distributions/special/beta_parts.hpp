@@ -30,7 +30,9 @@ double scaledErfc(double x);
 double psi(double x);
 /// 1 / Gamma(1 + x) - 1, -1/2 <= x <= 3/2.
 double reciprocalGammaExcess(double x);
-/// Delta(a) + Delta(b) - Delta(a + b) of the Stirling correction Delta; a, b >= 8.
+/// Delta(a), the correction of Stirling's formula of ln Gamma(a); a >= 8.
+double stirlingCorrection(double a);
+/// Delta(a) + Delta(b) - Delta(a + b); a, b >= 8.
 double stirlingCorrection(double a, double b);
 /// ln(Gamma(b) / Gamma(a + b)), b >= 8.
 double logGammaRatio(double a, double b);
@@ -45,6 +47,8 @@ double scaledUpperGamma(double a, double x);
 double powerFactor(const Arguments& at, double shift = 0.0);
 /// x^a / (a B(a, b)).
 double seriesFactor(const Arguments& at);
+/// x^a e^-x / Gamma(a + 1), the same for the incomplete gamma ratio.
+double gammaFactor(double a, double x);
 /// a - (a + b) x = (a + b) y - b from whichever of the two loses less.
 double distanceFromMean(const Arguments& at);
 

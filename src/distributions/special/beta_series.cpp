@@ -14,8 +14,9 @@ constexpr double kLargeB = 2e-2 / kEpsilon;
 constexpr double kTinyATolerance = 5.0 * kEpsilon;
 constexpr double kStepRatio = 1.1;
 constexpr double kNoPeak = 1e-4;
+constexpr double kScaledBelow = 1e-250;
 constexpr double kLargestExponent = 708.0;  // e to this power and its reciprocal are normal numbers
-constexpr int kMaxTerms = 10000;            // the series below end within some hundred
+constexpr int kMaxTerms = 1000;             // the series below end within some hundred
 
 // How many of the n - 1 ratios of successive terms of the sum over steps are above 1.
 int nRisingTerms(const Arguments& at, int n) {
@@ -43,8 +44,7 @@ double seriesForTinyB(const Arguments& at) {
     return at.b / at.a * power * (1.0 + at.a * sum);
 }
 
-// The first-order term in a: -a (ln x + psi(b) + Euler's constant + the sum of (1-b)(2-b)...(n-b) x^n / (n!
-// n)).
+// First order in a: -a (ln x + psi(b) + Euler's constant + the sum of (1-b)(2-b)...(n-b) / n! x^n / n).
 double upperForTinyA(const Arguments& at) {
     const double bx = at.b * at.x;
     double term = at.x - bx;
@@ -80,9 +80,11 @@ double powerSeries(const Arguments& at) {
 
 double differenceOverSteps(const Arguments& at, int n) {
     const double sumOfShapes = at.a + at.b;
-    // The factor may underflow where the sum does not.
-    const bool scaled = n > 1 && at.a >= 1.0 && sumOfShapes >= kStepRatio * (at.a + 1.0);
-    const double factor = powerFactor(at, scaled ? kLargestExponent : 0.0) / at.a;
+    double factor = powerFactor(at) / at.a;
+    // It may underflow where the sum does not.
+    const bool scaled =
+        factor < kScaledBelow && n > 1 && at.a >= 1.0 && sumOfShapes >= kStepRatio * (at.a + 1.0);
+    if (scaled) factor = powerFactor(at, kLargestExponent) / at.a;
     if (n == 1 || factor == 0.0) return factor;
     double term = scaled ? std::exp(-kLargestExponent) : 1.0;
     double sum = term;

@@ -15,8 +15,8 @@ constexpr double kNormalStart = 1000.0;
 constexpr double kLargePoint = 1e+8;
 constexpr double kTolerance = 1e-14;
 constexpr double kScale = 1e+37;
-constexpr double kSmallestExponent = -88.0;
-constexpr int kMaxFractionSteps = 20000;  // some hundred suffice everywhere in the domain
+constexpr double kSmallestTail = 6.054601895401185885e-39;  // e^-88
+constexpr int kMaxFractionSteps = 1000;                     // below 100 suffice everywhere in the domain
 constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 
 // Wilson and Hilferty: the cube root of a gamma variate is nearly normal.
@@ -86,13 +86,13 @@ double incompleteGamma(double x, double a) {
     if (outsideDomain(x, a)) return kNotANumber;
     if (a > kNormalStart) return CDFNormalStd(normalDeviate(x, a));
     if (x > kLargePoint) return 1.0;
-    const double exponent = a * std::log(x) - x;
+    const double factor = beta_parts::gammaFactor(a, x);
     if (seriesApplies(x, a)) {
-        const double whole = exponent - basecore::GammaLn(a + 1.0) + std::log(pearsonSeries(x, a));
-        return whole < kSmallestExponent ? 0.0 : std::exp(whole);
+        const double lower = factor * pearsonSeries(x, a);
+        return lower < kSmallestTail ? 0.0 : lower;
     }
-    const double whole = exponent - basecore::GammaLn(a) + std::log(legendreFraction(x, a));
-    return whole < kSmallestExponent ? 1.0 : 1.0 - std::exp(whole);
+    const double upper = a * factor * legendreFraction(x, a);
+    return upper < kSmallestTail ? 1.0 : 1.0 - upper;
 }
 
 double incompleteGammaUpper(double x, double a) {
@@ -102,7 +102,7 @@ double incompleteGammaUpper(double x, double a) {
     if (x > kLargePoint) return 0.0;
     if (x <= 1.0 && a <= 1.0) return beta_parts::upperGammaNearZero(a, x, a * std::log(x));
     if (seriesApplies(x, a)) return 1.0 - incompleteGamma(x, a);
-    return std::exp(a * std::log(x) - x - basecore::GammaLn(a)) * legendreFraction(x, a);
+    return a * beta_parts::gammaFactor(a, x) * legendreFraction(x, a);
 }
 
 }  // namespace numcore::distributions

@@ -40,10 +40,33 @@ constexpr double kSmallestResult = 1e-16;
 constexpr double kSaturation = 8.3;  // from here on the lower tail is below kSmallestResult
 constexpr double kRootOfTruncatedTwoPi = 2.5066282746309994;  // of 6.28318530717958
 
-// e^(-y^2 / 2) for 0 <= y < 2^27, without the relative error that rounding y^2 would cause.
+// e^-x, 0 <= x < 40, to the last digit of a double: Taylor's series after taking out powers of 2.
+constexpr long double decay(long double x) {
+    constexpr long double kLogTwo = 0.693147180559945309417232121458176568L;
+    long double halvings = 1.0L;
+    for (; x >= kLogTwo; x -= kLogTwo) halvings *= 0.5L;
+    long double sum = 1.0L;
+    for (int n = 30; n > 0; --n) sum = 1.0L - x / static_cast<long double>(n) * sum;
+    return halvings * sum;
+}
+
+// e^(-t^2 / 2) for t = 0, 1/16, 2/16, ... up to kSaturation.
+constexpr int kSixteenths = 16;
+constexpr auto kCoarseDecay = [] {
+    std::array<double, static_cast<std::size_t>(kSaturation * kSixteenths) + 1> table{};
+    for (std::size_t k = 0; k < table.size(); ++k) {
+        table[k] =
+            static_cast<double>(decay(static_cast<long double>(k * k) / (2.0L * kSixteenths * kSixteenths)));
+    }
+    return table;
+}();
+
+// e^(-y^2 / 2) for 0 <= y < kSaturation, as e^(-t^2 / 2) e^(-(y-t)(y+t) / 2), t being y cut to a multiple of
+// 1/16: without the relative error that rounding y^2 would cause.
 double densityExponential(double y) {
-    const double coarse = static_cast<double>(static_cast<int>(y * 16.0)) / 16.0;
-    return std::exp(-0.5 * coarse * coarse) * std::exp(-0.5 * (y - coarse) * (y + coarse));
+    const auto nSixteenths = static_cast<int>(y * kSixteenths);
+    const double t = static_cast<double>(nSixteenths) / kSixteenths;
+    return kCoarseDecay[static_cast<std::size_t>(nSixteenths)] * std::exp(-0.5 * (y - t) * (y + t));
 }
 
 double centralLower(double z, double y) {
@@ -72,6 +95,6 @@ double CDFNormalStd(double z) {
     if (y <= kCentralEnd) return centralLower(z, y);
     if (!(y < kSaturation)) return std::isnan(z) ? z : (z < 0.0 ? 0.0 : 1.0);
     const double beyond = y <= kMiddleEnd ? middleUpper(y) : tailUpper(y);
-    if (z > 0.0) return 1.0 - beyond;
-    return beyond < kSmallestResult ? 0.0 : beyond;  // Kept: the publication goes down to 1e-300
+    const double lower = beyond < kSmallestResult ? 0.0 : beyond;  // Kept: the publication goes down to 1e-300
+    return z > 0.0 ? 1.0 - beyond : lower;
 }

@@ -1,83 +1,63 @@
-// Standard normal quantile. Algorithm AS 241 (PPND16), Wichura, M. J. (1988), Applied Statistics 37:477-484.
+// Standard normal quantile: one and many.
+#include "distributions/special/normal_quantile.hpp"
 
 #include <algorithm>
-#include <array>
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 
+#include "distributions/special/normal_quantile_lanes.hpp"
+#include "distributions/special/normal_quantile_steps.hpp"
 #include "numcore/special.h"
+#include "suite/parallel.hpp"
+#include "suite/vmcore_kernels.hpp"
 
+namespace numcore::distributions {
 namespace {
 
-// Coefficients by power; denominators have a leading 1.
-constexpr std::array<double, 8> kCentralNumerator = {
-    3.3871328727963666080e0,  1.3314166789178437745e+2, 1.9715909503065514427e+3, 1.3731693765509461125e+4,
-    4.5921953931549871457e+4, 6.7265770927008700853e+4, 3.3430575583588128105e+4, 2.5090809287301226727e+3};
-constexpr std::array<double, 8> kCentralDenominator = {1.0,
-                                                       4.2313330701600911252e+1,
-                                                       6.8718700749205790830e+2,
-                                                       5.3941960214247511077e+3,
-                                                       2.1213794301586595867e+4,
-                                                       3.9307895800092710610e+4,
-                                                       2.8729085735721942674e+4,
-                                                       5.2264952788528545610e+3};
-constexpr std::array<double, 8> kNearTailNumerator = {
-    1.42343711074968357734e0, 4.63033784615654529590e0,  5.76949722146069140550e0,  3.64784832476320460504e0,
-    1.27045825245236838258e0, 2.41780725177450611770e-1, 2.27238449892691845833e-2, 7.74545014278341407640e-4};
-constexpr std::array<double, 8> kNearTailDenominator = {1.0,
-                                                        2.05319162663775882187e0,
-                                                        1.67638483018380384940e0,
-                                                        6.89767334985100004550e-1,
-                                                        1.48103976427480074590e-1,
-                                                        1.51986665636164571966e-2,
-                                                        5.47593808499534494600e-4,
-                                                        1.05075007164441684324e-9};
-constexpr std::array<double, 8> kFarTailNumerator = {
-    6.65790464350110377720e0,  5.46378491116411436990e0,  1.78482653991729133580e0,  2.96560571828504891230e-1,
-    2.65321895265761230930e-2, 1.24266094738807843860e-3, 2.71155556874348757815e-5, 2.01033439929228813265e-7};
-constexpr std::array<double, 8> kFarTailDenominator = {1.0,
-                                                       5.99832206555887937690e-1,
-                                                       1.36929880922735805310e-1,
-                                                       1.48753612908506148525e-2,
-                                                       7.86869131145613259100e-4,
-                                                       1.84631831751005468180e-5,
-                                                       1.42151175831644588870e-7,
-                                                       2.04426310338993978564e-15};
+constexpr std::size_t kCellsPerShare = 8192;
+constexpr double kSubnormalScale = 0x1p+54;
+constexpr double kLogOfScale = 37.42994775023705;  // of kSubnormalScale
 
-constexpr double kCentralHalfWidth = 0.425;
-constexpr double kCentralOffset = 0.180625;
-constexpr double kFarTailStart = 5.0;
-constexpr double kNearTailOffset = 1.6;
+struct OneLane {
+    using Real = double;
+    using Bits = std::uint64_t;
 
-using Coefficients = std::array<double, 8>;
+    static double squareRoot(double x) { return std::sqrt(x); }
+};
+using Steps = NormalQuantileSteps<OneLane>;
 
-double rationalFunction(const Coefficients& numerator, const Coefficients& denominator, double x) {
-    double above = 0.0;
-    double below = 0.0;
-    for (std::size_t power = numerator.size(); power-- > 0;) {
-        above = above * x + numerator[power];
-        below = below * x + denominator[power];
-    }
-    return above / below;
+double depthOf(double tail) {
+    if (tail >= std::numeric_limits<double>::min()) return Steps::tailDepth(tail);
+    return std::sqrt(kLogOfScale - Steps::logarithm(tail * kSubnormalScale));
 }
 
-double centralQuantile(double fromCentre) {
-    const double x = kCentralOffset - fromCentre * fromCentre;
-    return fromCentre * rationalFunction(kCentralNumerator, kCentralDenominator, x);
-}
-
-double tailQuantile(double r) {
-    if (r <= kFarTailStart)
-        return rationalFunction(kNearTailNumerator, kNearTailDenominator, r - kNearTailOffset);
-    return rationalFunction(kFarTailNumerator, kFarTailDenominator, r - kFarTailStart);
+NormalQuantileKernel fastestKernel() {
+    return vmcore::hasAvx2() ? avx2NormalQuantiles : baselineNormalQuantiles;
 }
 
 }  // namespace
 
+void normalQuantiles(std::span<const double> p, std::span<double> z) {
+    static const NormalQuantileKernel kernel = fastestKernel();
+    const std::size_t nShares = (p.size() + kCellsPerShare - 1) / kCellsPerShare;
+    parallelFor(static_cast<std::int64_t>(nShares), nShares > 1, [&](std::int64_t share) {
+        const std::size_t first = static_cast<std::size_t>(share) * kCellsPerShare;
+        kernel(p.data() + first, std::min(kCellsPerShare, p.size() - first), z.data() + first);
+    });
+}
+
+}  // namespace numcore::distributions
+
 double InvCDFNormalStd(double p) {
+    using numcore::distributions::Steps;
     const double fromCentre = p - 0.5;
-    if (std::abs(fromCentre) <= kCentralHalfWidth) return centralQuantile(fromCentre);
+    if (std::abs(fromCentre) <= Steps::kCentralHalfWidth) return Steps::central(fromCentre);
     const double tail = std::min(p, 1.0 - p);
     if (tail <= 0.0) return 0.0;  // Kept: the publication flags an error at p <= 0 and p >= 1
-    const double z = tailQuantile(std::sqrt(-std::log(tail)));
+    if (std::isnan(tail)) return tail;
+    const double depth = numcore::distributions::depthOf(tail);
+    const double z = depth <= Steps::kFarTailStart ? Steps::nearTail(depth) : Steps::farTail(depth);
     return fromCentre < 0.0 ? -z : z;
 }

@@ -1,4 +1,4 @@
-// Horner's rule for the coefficient tables of the published approximations.
+// Evaluation of the coefficient tables of the published approximations.
 #pragma once
 
 #include <array>
@@ -6,12 +6,20 @@
 
 namespace numcore::distributions {
 
-/// c[0] + c[1] x + c[2] x^2 + ...
+/// c[first] + c[first + 2] x + c[first + 4] x^2 + ... by Horner's rule.
+template <std::size_t n>
+constexpr double everyOther(const std::array<double, n>& coefficients, std::size_t first, double x) {
+    std::size_t power = n - 1 - (n - 1 - first) % 2;
+    double value = coefficients[power];
+    for (; power > first; power -= 2) value = value * x + coefficients[power - 2];
+    return value;
+}
+
+/// c[0] + c[1] x + c[2] x^2 + ...; even and odd powers apart, so that a processor works on both at a time.
 template <std::size_t n>
 constexpr double polynomial(const std::array<double, n>& coefficients, double x) {
-    double value = coefficients[n - 1];
-    for (std::size_t power = n - 1; power-- > 0;) value = value * x + coefficients[power];
-    return value;
+    static_assert(n >= 2);
+    return everyOther(coefficients, 0, x * x) + x * everyOther(coefficients, 1, x * x);
 }
 
 }  // namespace numcore::distributions
