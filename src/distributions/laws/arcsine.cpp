@@ -32,13 +32,14 @@ double classicalLowerQuantile(double p) {
     return root * root;
 }
 
-// The x <= 1/2 with I_x(shape, 1 - shape) = p. Newton's method on ln I as a function of ln x, a convex function
-// that is nearly a straight line; it starts from that line, on the side from which it descends to the root.
-double lowerQuantile(double p, double shape) {
-    const double scale = inverseBeta(shape);
+// The x <= 1/2 with I_x(shape, other) = p, the shapes adding to 1. Newton's method on ln I as a function of ln
+// x, a convex function that is nearly a straight line; it starts from that line, on the side from which it
+// descends to the root.
+double lowerQuantile(double p, double shape, double other) {
+    const double scale = inverseBeta(std::min(shape, other));
     double x = std::min(0.5, std::exp(std::log(p * shape / scale) / shape));
     for (int step = 0; step < kMaxSteps && x > kNegligible; ++step) {
-        const double tail = IncompleteBetaR(x, shape, 1.0 - shape);
+        const double tail = IncompleteBetaR(x, shape, other);
         const double slope = scale * std::pow(x / (1.0 - x), shape) / tail;
         const double change = std::log(p / tail) / slope;
         x *= std::exp(change);
@@ -50,7 +51,7 @@ double lowerQuantile(double p, double shape) {
 double innerQuantile(double p, double a) {
     if (a == 0.5) return p <= 0.5 ? classicalLowerQuantile(p) : 1.0 - classicalLowerQuantile(1.0 - p);
     const bool inLowerHalf = p <= IncompleteBetaR(0.5, 1.0 - a, a);
-    return inLowerHalf ? lowerQuantile(p, 1.0 - a) : 1.0 - lowerQuantile(1.0 - p, a);
+    return inLowerHalf ? lowerQuantile(p, 1.0 - a, a) : 1.0 - lowerQuantile(1.0 - p, a, 1.0 - a);
 }
 
 bool outOfDomain(double a, double c, double d) {

@@ -45,15 +45,14 @@ auto growth(double n, double p) {
 // that sum would have hundreds of terms.
 Tails binomialTails(double k, double n, double p) {
     const double q = 1.0 - p;
-    const double mean = n * p;
-    const double variance = mean * q;
+    const double variance = n * p * q;
     const double next = k + 1.0;
-    if (next <= mean) {
+    const auto rise = growth(n, p);
+    if (rise(k) >= 1.0) {
         const double odds = q / p;
         const auto fall = [=](double i) { return (k - i) * odds / (n - k + 1.0 + i); };
         if (isShortSum(fall(0.0), variance)) return fromLowerTail(innerMass(k, n, p) * sumOfProducts(fall));
     } else {
-        const auto rise = growth(n, p);
         const auto fall = [=](double i) { return rise(next + i); };
         if (isShortSum(fall(0.0), variance)) return fromUpperTail(innerMass(next, n, p) * sumOfProducts(fall));
     }

@@ -25,13 +25,15 @@ inline bool isCount(double k) {
     return k >= 0.0 && std::floor(k) == k && std::isfinite(k);
 }
 
-/// 1 + r(0) + r(0) r(1) + ... up to where further terms cannot change the sum; ratios that fall below 1.
+/// 1 + r(0) + r(0) r(1) + ... up to where further terms cannot change the sum; for ratios below 1 that are soon
+/// well below it. The limit is far above the few thousand terms of the longest sum in use.
 template <class Ratio>
 double sumOfProducts(Ratio ratio) {
     constexpr double kNegligible = 1e-18;
+    constexpr double kMostTerms = 1e5;
     double term = 1.0;
     double sum = 1.0;
-    for (double step = 0.0; term > kNegligible * sum; step += 1.0) {
+    for (double step = 0.0; term > kNegligible * sum && step < kMostTerms; step += 1.0) {
         term *= ratio(step);
         sum += term;
     }

@@ -33,5 +33,5 @@ double CDFExponential(double x, double lambda) {
 
 double InvCDFExponential(double p, double lambda) {
     if (!(lambda > 0.0) || !isProbability(p)) return kMissing;
-    return markInfinite(-std::log1p(-p) / lambda);
+    return p == 1.0 ? kOverflow : markInfinite(-std::log1p(-p) / lambda);
 }

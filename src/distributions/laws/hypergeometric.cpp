@@ -43,7 +43,7 @@ struct Hypergeometric {
 // smooth curve takes the double exponential rule for decaying functions on a half line, Takahasi, H. and Mori,
 // M. (1974), Publ. RIMS Kyoto Univ. 9:721-741.
 double Hypergeometric::smoothSum(double from, double direction) const {
-    constexpr double kStep = 1.0 / 16.0;
+    constexpr double kStep = 1.0 / 8.0;
     constexpr double kFirst = -3.75;
     constexpr double kLast = 2.75;
     constexpr double kNegligible = 1e-20;
@@ -54,7 +54,11 @@ double Hypergeometric::smoothSum(double from, double direction) const {
         const double decay = std::exp(-t);
         const double u = width * std::exp(t - decay);
         if (u > reach) break;
-        const double term = mass(from + direction * (u - 0.5)) * u * (1.0 + decay);
+        const double x = from + direction * (u - 0.5);
+        // Adding to a large count rounds the node away: back to it along the slope of the curve.
+        const double lost = u - (direction * (x - from) + 0.5);
+        const double slope = (direction > 0.0 ? rise(x) : fall(x - 1.0)) - 1.0;
+        const double term = mass(x) * (1.0 + lost * slope) * u * (1.0 + decay);
         integral += term;
         if (t > 0.0 && term < kNegligible * integral) break;
     }
@@ -66,7 +70,7 @@ double Hypergeometric::smoothSum(double from, double direction) const {
 
 double Hypergeometric::lowerTail(double x) const {
     const double next = x + 1.0;
-    const bool below = next <= mean();
+    const bool below = rise(x) >= 1.0;
     const double from = below ? x : next;
     const auto fallBelow = [&](double i) { return fall(x - 1.0 - i); };
     const auto fallAbove = [&](double i) { return rise(next + i); };

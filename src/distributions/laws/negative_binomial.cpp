@@ -12,6 +12,8 @@ using namespace numcore::distributions;
 
 namespace {
 
+constexpr double kSmallestSize = 1e-300;  // below, reciprocals overflow and no mass but that at 0 is left
+constexpr double kLargeOdds = 1e15;   // above, probabilities keep the digits and products with odds overflow
 constexpr double kFewTrials = 100.0;  // below, masses of type 1 are products
 constexpr double kNoLast = std::numeric_limits<double>::infinity();
 
@@ -19,12 +21,12 @@ struct NegativeBinomial {
     double size = 1.0;
     double success = 0.5;
     double failure = 0.5;
-    double odds = 1.0;         // failure / success
-    bool givenByOdds = false;  // the others are rounded then, otherwise the odds are
+    double odds = 1.0;          // failure / success
+    bool oddsAreExact = false;  // and the probabilities rounded, or the other way round
 
     double mass(double k) const {
         const double excess =
-            givenByOdds ? std::fma(-size, odds, k) * success : std::fma(size + k, success, -size);
+            oddsAreExact ? std::fma(-size, odds, k) * success : std::fma(size + k, success, -size);
         return size / (size + k) * binomialMass(size, k, success, failure, excess);
     }
     double mean() const { return size * odds; }
@@ -39,7 +41,7 @@ struct NegativeBinomial {
 Tails NegativeBinomial::tails(double k) const {
     constexpr double kSlowDecay = 0.8;  // of the ratios far out
     const double next = k + 1.0;
-    if (size >= 1.0 && next <= mean()) {
+    if (size >= 1.0 && ratio(k) >= 1.0) {  // a size below 1 has its mode at 0
         const auto fall = [&](double i) { return (k - i) / ((size + k - 1.0 - i) * failure); };
         if (isShortSum(fall(0.0), variance())) return fromLowerTail(mass(k) * sumOfProducts(fall));
     } else if (failure <= kSlowDecay) {
@@ -78,7 +80,8 @@ bool outOfDomain2(double k, double p) {
     return !(k > 0.0) || std::isinf(k) || !(p > 0.0) || std::isinf(p);
 }
 NegativeBinomial fromMean(double k, double p) {
-    return {k, 1.0 / (1.0 + p), p / (1.0 + p), p, true};
+    const double size = std::max(k, kSmallestSize);
+    return {size, 1.0 / (1.0 + p), p / (1.0 + p), p, p < kLargeOdds && std::isfinite(size * p)};
 }
 
 }  // namespace

@@ -33,5 +33,5 @@ double CDFPareto(double x, double a, double b) {
 
 double InvCDFPareto(double p, double a, double b) {
     if (outOfDomain(a, b) || !isProbability(p)) return kMissing;
-    return markInfinite(b * std::exp(-std::log1p(-p) / a));
+    return p == 1.0 ? kOverflow : markInfinite(b * std::exp(-std::log1p(-p) / a));
 }

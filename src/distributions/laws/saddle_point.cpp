@@ -3,6 +3,7 @@
 
 #include "distributions/laws/saddle_point.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -64,7 +65,8 @@ double binomialMass(double k, double m, double x, double y, double excess) {
     const double n = k + m;
     const double corrections = errorOf(n) - errorOf(k) - errorOf(m);
     const double ratio = logLikelihoodRatio(k, n * x, excess) + logLikelihoodRatio(m, n * y, -excess);
-    return std::exp(corrections + ratio) * basecore::sqr(factorOf(n) / factorOf(k) / factorOf(m) / kTwoPi);
+    return std::exp(corrections + ratio) *
+           basecore::sqr(factorOf(n) / factorOf(std::max(k, m)) / factorOf(std::min(k, m)) / kTwoPi);
 }
 
 double hypergeometricMass(double marked, double total, double totalMarked, double drawn) {

@@ -26,6 +26,7 @@ double PDFWeibull3(double x, double beta, double gamma, double mu) {
     if (x <= mu) return 0.0;
     const double scale = scaleOrOne(gamma);
     const double z = (x - mu) / scale;
+    if (z == 0.0) return 0.0;  // a distance from mu that underflows
     const double power = std::pow(z, beta);
     const double tail = std::exp(-power);
     return tail == 0.0 ? 0.0 : markInfinite(beta / scale * (power / z) * tail);
