@@ -31,8 +31,32 @@ inline double weightsBelow(double nu, double h, double z) {
     return sum;
 }
 
-/// Average of function(u, s, weight), which tends to `limit` for s -> 0; the weight is for what else the caller
-/// averages at the same nodes, whose limit is 0.
+/// u at the nodes of one direction with e^u - 1 and e^u - 1 - u, by recurrences of positive terms.
+class LogScaleNodes {
+  public:
+    explicit LogScaleNodes(double step)
+        : step_(step), expm1Step_(std::expm1(step)), expm1MinusStep_(expm1Minus(step)) {}
+
+    double growth() const { return expm1_; }                                     // e^u - 1
+    double doubleExcess() const { return expm1_ * expm1_ + 2.0 * expm1Minus_; }  // e^2u - 1 - 2u
+    double u() const { return u_; }
+    void advance() {
+        expm1Minus_ += expm1Minus_ * expm1Step_ + expm1MinusStep_ + u_ * expm1Step_;
+        expm1_ += expm1_ * expm1Step_ + expm1Step_;
+        u_ += step_;
+    }
+
+  private:
+    double step_;
+    double expm1Step_;
+    double expm1MinusStep_;
+    double u_ = 0.0;
+    double expm1_ = 0.0;
+    double expm1Minus_ = 0.0;
+};
+
+/// Average of function(s, growth, weight), growth = s / mode - 1, which tends to `limit` for s -> 0; the weight
+/// is for what else the caller averages at the same nodes, whose limit is 0.
 template <class Function>
 double averageOverChiScale(const ChiScaleRule& rule, double limit, Function function) {
     constexpr int kMaxNodes = 5000;
@@ -41,25 +65,25 @@ double averageOverChiScale(const ChiScaleRule& rule, double limit, Function func
     // Density of ln s: sqrt(nu / pi) e^(-error) exp(nu (ln s - (s^2 - 1) / 2)), about the mode.
     const double mode2 = rule.mode * rule.mode;
     const double mode2Minus1 = std::fma(rule.mode, rule.mode, -1.0);
-    const double halfMode2 = 0.5 * mode2;
     const double atMode = std::sqrt(nu / basecore::Pi()) * rule.step *
                           std::exp(0.5 * nu * log1pMinus(mode2Minus1, mode2) - stirlingError(0.5 * nu));
-    const auto weightAt = [&](double u) {
-        return atMode * std::exp(-nu * (mode2Minus1 * u + halfMode2 * expm1Minus(2.0 * u)));
-    };
+    const double linear = -nu * mode2Minus1;
+    const double square = -0.5 * nu * mode2;
     double total = 0.0;
-    for (int i = 0; i < kMaxNodes; ++i) {
-        const double u = i * rule.step;
-        const double weight = weightAt(u);
-        const double term = weight * function(u, rule.mode * std::exp(u), weight);
+    LogScaleNodes right(rule.step);
+    for (int i = 0; i < kMaxNodes; ++i, right.advance()) {
+        const double s = rule.mode * (1.0 + right.growth());
+        const double weight = atMode * std::exp(linear * right.u() + square * right.doubleExcess());
+        const double term = weight * function(s, right.growth(), weight);
         total += term;
         if (term < rule.negligible * total) break;
     }
+    LogScaleNodes left(-rule.step);
     for (int i = 1; i < kMaxNodes; ++i) {
-        const double u = -i * rule.step;
-        const double s = rule.mode * std::exp(u);
-        const double weight = weightAt(u);
-        const double value = function(u, s, weight);
+        left.advance();
+        const double s = rule.mode * std::exp(left.u());
+        const double weight = atMode * std::exp(linear * left.u() + square * left.doubleExcess());
+        const double value = function(s, left.growth(), weight);
         total += weight * value;
         const double z = 0.5 * nu * s * s;
         if (weight * value < rule.negligible * total) break;

@@ -47,7 +47,7 @@ double oppositeTail(double t, double nu, double distance) {
     const double start = std::fma(t, mode, distance);
     const double tail = averageOverChiScale(
         {nu, mode, stepFor(curvature), kNegligible}, normalUpperTail(distance),
-        [&](double u, double, double) { return normalUpperTail(start + scaled * std::expm1(u)); });
+        [&](double, double growth, double) { return normalUpperTail(start + scaled * growth); });
     return std::min(tail, 1.0);
 }
 
@@ -137,7 +137,7 @@ double noncentralStudentDensity(double t, double nu, double delta) {
     const double start = std::fma(t, mode, -delta);
     return averageOverChiScale(
         {nu, mode, stepFor(2.0 * reach * reach - linear * reach), kNegligible}, 0.0,
-        [&](double u, double s, double) { return s * normalDensity(start + scaled * std::expm1(u)); });
+        [&](double s, double growth, double) { return s * normalDensity(start + scaled * growth); });
 }
 
 }  // namespace numcore::distributions

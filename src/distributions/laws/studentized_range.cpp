@@ -17,11 +17,13 @@ namespace {
 
 // Steps of the rule over ln s that leave an error of 1e-11, measured: in units of the width of the integrand,
 // and the limit that its strip of analyticity sets.
-constexpr double kStepOfWidth = 0.65;
+constexpr double kStepOfWidth = 0.75;
+constexpr double kStepOfWidthSomeDf = 0.65;
 constexpr double kStepOfWidthFewDf = 0.5;
-constexpr double kFewDf = 50.0;
+constexpr double kManyDf = 80.0;
+constexpr double kFewDf = 28.0;
 constexpr double kLargestStep = 0.14;
-constexpr double kNegligible = 1e-13;
+constexpr double kNegligible = 1e-12;
 constexpr double kComplementLimit = 0.9;
 constexpr double kLargestCount = 1e9;  // of ranges and means
 // From here s is 1 to within the accuracy of the rest.
@@ -62,31 +64,39 @@ struct Average {
     double density = 0.0;
 };
 
-Average averageTail(double q, double ranges, const NormalRange& range, double df, bool upper, Peak peak) {
-    const double widthStep = df < kFewDf ? kStepOfWidthFewDf : kStepOfWidth;
-    const double step = std::min(widthStep / std::sqrt(peak.curvature), kLargestStep);
+// The parameters of the law.
+struct Law {
+    double ranges;
+    NormalRange range;
+    double k;
+    double df;
+    bool withDensity;
+
+    RangeTails given(double w) const { return ofSeveral(range.at(w, withDensity), ranges); }
+};
+
+Average averageTail(double q, const Law& law, bool upper) {
+    const double df = law.df;
+    const double middle = law.range.middle();
+    const Peak peak = upper ? upperPeak(q, df, middle) : lowerPeak(q, df, law.ranges * (law.k - 1.0), middle);
+    const double ofWidth = df < kFewDf ? kStepOfWidthFewDf : (df < kManyDf ? kStepOfWidthSomeDf : kStepOfWidth);
+    const double step = std::min(ofWidth / std::sqrt(peak.curvature), kLargestStep);
     Average average;
     average.tail = averageOverChiScale({df, peak.mode, step, kNegligible}, upper ? 1.0 : 0.0,
-                                       [&](double, double s, double weight) {
-                                           const RangeTails tails = ofSeveral(range.at(q * s), ranges);
+                                       [&](double s, double, double weight) {
+                                           const RangeTails tails = law.given(q * s);
                                            average.density += weight * s * tails.density;
                                            return upper ? tails.upper : tails.lower;
                                        });
     return average;
 }
 
-StudentizedRange averaged(double q, double ranges, double k, double df) {
-    const NormalRange range(k);
-    const double middle = range.middle();
-    const RangeTails centre = ofSeveral(range.at(q), ranges);
-    if (df >= kNormalDf) return {centre.lower, centre.upper, centre.density};
-    const auto tail = [&](bool upper) {
-        const Peak peak = upper ? upperPeak(q, df, middle) : lowerPeak(q, df, ranges * (k - 1.0), middle);
-        return averageTail(q, ranges, range, df, upper, peak);
-    };
+StudentizedRange averaged(double q, const Law& law) {
+    const RangeTails centre = law.given(q);
+    if (law.df >= kNormalDf) return {centre.lower, centre.upper, centre.density};
     const bool upperFirst = centre.upper < 0.5;
-    const auto [first, density] = tail(upperFirst);
-    const double second = first < kComplementLimit ? 1.0 - first : tail(!upperFirst).tail;
+    const auto [first, density] = averageTail(q, law, upperFirst);
+    const double second = first < kComplementLimit ? 1.0 - first : averageTail(q, law, !upperFirst).tail;
     const double lower = upperFirst ? second : first;
     const double upper = upperFirst ? first : second;
     return {std::min(lower, 1.0), std::min(upper, 1.0), density};
@@ -98,11 +108,11 @@ bool inDomain(double ranges, double k, double df) {
 
 }  // namespace
 
-StudentizedRange studentizedRange(double q, double ranges, double k, double df) {
+StudentizedRange studentizedRange(double q, double ranges, double k, double df, bool withDensity) {
     if (!inDomain(ranges, k, df) || std::isnan(q)) return {kMissing, kMissing, kMissing};
     if (q <= 0.0) return {0.0, 1.0, 0.0};
     if (std::isinf(q)) return {1.0, 0.0, 0.0};
-    return averaged(q, ranges, k, df);
+    return averaged(q, {ranges, NormalRange(k), k, df, withDensity});
 }
 
 }  // namespace numcore::distributions

@@ -10,7 +10,8 @@ struct StudentizedRange {
 };
 
 /// The largest of `ranges` ranges, each of k normal variables, over an independent s = sqrt(chi-square / df);
-/// infinite df: s = 1. The missing marker in all three outside the domain of `ptukey`.
-StudentizedRange studentizedRange(double q, double ranges, double k, double df);
+/// infinite df: s = 1. The density is left at 0 unless asked for. The missing marker in all three outside the
+/// domain of `ptukey`.
+StudentizedRange studentizedRange(double q, double ranges, double k, double df, bool withDensity = false);
 
 }  // namespace numcore::distributions

@@ -1,6 +1,8 @@
 // The range of k independent standard normal variables.
 #pragma once
 
+#include <array>
+
 namespace numcore::distributions {
 
 struct RangeTails {
@@ -15,19 +17,21 @@ class NormalRange {
     /// k >= 2, whole or not.
     explicit NormalRange(double k);
 
-    RangeTails at(double w) const;
-    /// About the median: above it the upper tail is the one that is integrated.
+    /// The density of the upper part is 0 unless asked for.
+    RangeTails at(double w, bool withDensity) const;
+    /// About the median.
     double middle() const { return middle_; }
 
   private:
     RangeTails lowerPart(double w) const;
-    RangeTails upperPart(double w) const;
+    RangeTails upperPart(double w, bool withDensity) const;
     double power(double base, double exponent) const;
-    double powerDifference(double base, double reduction) const;
+    std::array<double, 3> powers(std::array<double, 3> bases) const;
 
     double k_;
     bool whole_;
     double middle_;
+    double upperStart_;
     double middleStep_;
 };
 
