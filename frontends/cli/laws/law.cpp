@@ -40,6 +40,8 @@ const char* describeDomain(Domain domain) {
             return "any number";
         case Domain::kPositive:
             return "above 0";
+        case Domain::kPositiveOrInfinite:
+            return "above 0, or inf";
         case Domain::kNonNegative:
             return "0 or above";
         case Domain::kProbability:
@@ -60,11 +62,12 @@ bool inDomain(double value, Domain domain) {
     // Counts are 32-bit integers in the library.
     constexpr double kLargestWhole = 2147483647.0;
     const bool whole = value == std::floor(value) && std::abs(value) <= kLargestWhole;
-    if (!std::isfinite(value)) return false;
+    if (!std::isfinite(value)) return domain == Domain::kPositiveOrInfinite && value > 0.0;
     switch (domain) {
         case Domain::kReal:
             return true;
         case Domain::kPositive:
+        case Domain::kPositiveOrInfinite:
             return value > 0.0;
         case Domain::kNonNegative:
             return value >= 0.0;

@@ -16,7 +16,17 @@ using LawFunction = double (*)(double, const Values&);
 using Moment = double (*)(const Values&);
 
 /// The numbers that a parameter may be.
-enum class Domain { kReal, kPositive, kNonNegative, kProbability, kInsideUnit, kWhole, kCount, kPositiveCount };
+enum class Domain {
+    kReal,
+    kPositive,
+    kPositiveOrInfinite,
+    kNonNegative,
+    kProbability,
+    kInsideUnit,
+    kWhole,
+    kCount,
+    kPositiveCount
+};
 
 /// "above 0", "a whole number from 1".
 const char* describeDomain(Domain domain);

@@ -159,18 +159,33 @@ void drawBars(Svg& svg, const Box& box, const ChosenLaw& chosen, const Interval&
     }
 }
 
-/// Where the rising curve leaves room: right of a point and below it, or left of it and above.
-void labelMark(Panel& panel, const Mark& mark, Point at) {
-    constexpr double kLabelWidth = 140.0;
-    constexpr double kLowPoint = 0.15;  // nothing fits below it
-    const double x = panel.pixel(at).x;
-    const bool low = mark.lowerTail < kLowPoint;
-    const bool atRight = x < kLeft + kLabelWidth || (!low && x < kRight - kLabelWidth);
-    const bool below = !low && (atRight || mark.lowerTail > 1.0 - kLowPoint);
-    const Anchor anchor = atRight ? Anchor::kStart : Anchor::kEnd;
-    const double dx = atRight ? 9.0 : -9.0;
-    panel.note(at, mark.valueText, anchor, dx, below ? 16.0 : -22.0);
-    panel.note(at, mark.tailText, anchor, dx, below ? 30.0 : -8.0);
+bool overlap(const Box& a, const Box& b) {
+    return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
+}
+
+/// Where the rising curve leaves room: right of a point and below it, or left of it and above. A label that
+/// would cover another one is left out.
+void labelMark(Panel& panel, const Mark& mark, std::vector<Box>& taken) {
+    constexpr double kCharacterWidth = 6.4;
+    constexpr double kLow = 0.15;  // nothing fits below a lower point
+    constexpr double kHigh = 0.8;  // nor above a higher one
+    const Point at{mark.x, mark.lowerTail};
+    const Point place = panel.pixel(at);
+    const double width =
+        kCharacterWidth * static_cast<double>(std::max(mark.valueText.size(), mark.tailText.size()));
+    const bool roomAtRight = place.x + width + 9.0 < kRight;
+    const bool above = mark.lowerTail < kLow || (mark.lowerTail < kHigh && !roomAtRight);
+    const bool startsAtPoint = above ? place.x - width - 9.0 < kLeft : roomAtRight;
+    // Below a point near the right edge the label ends at the edge.
+    const double dx = startsAtPoint ? 9.0 : above ? -9.0 : kRight - 6.0 - place.x;
+    const double dy = above ? -22.0 : 18.0;
+    const double left = place.x + dx - (startsAtPoint ? 0.0 : width);
+    const Box box{left, place.y + dy - 11.0, left + width, place.y + dy + 18.0};
+    if (std::ranges::any_of(taken, [&](const Box& other) { return overlap(box, other); })) return;
+    taken.push_back(box);
+    const Anchor anchor = startsAtPoint ? Anchor::kStart : Anchor::kEnd;
+    panel.note(at, mark.valueText, anchor, dx, dy);
+    panel.note(at, mark.tailText, anchor, dx, dy + 14.0);
 }
 
 void drawDistribution(Svg& svg, const Box& box, const ChosenLaw& chosen, const Interval& range,
@@ -191,8 +206,6 @@ void drawDistribution(Svg& svg, const Box& box, const ChosenLaw& chosen, const I
         for (int i = 0; i <= kSamples; ++i) add(range.lower + (range.upper - range.lower) * i / kSamples);
         panel.curve(points);
     }
-    constexpr double kRoomOfLabel = 40.0;
-    double lastLabel = -1e9;
     for (const Mark& mark : marks) {
         if (!panel.contains(mark.x)) continue;
         const Point at{mark.x, mark.lowerTail};
@@ -200,13 +213,9 @@ void drawDistribution(Svg& svg, const Box& box, const ChosenLaw& chosen, const I
         panel.hint({range.lower, mark.lowerTail}, at);
         panel.dot(at);
     }
+    std::vector<Box> taken;
     for (const Mark& mark : marks) {
-        if (!panel.contains(mark.x)) continue;
-        const Point at{mark.x, mark.lowerTail};
-        const double y = panel.pixel(at).y;
-        if (std::abs(y - lastLabel) < kRoomOfLabel) continue;
-        lastLabel = y;
-        labelMark(panel, mark, at);
+        if (panel.contains(mark.x)) labelMark(panel, mark, taken);
     }
 }
 

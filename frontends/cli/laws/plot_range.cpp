@@ -60,7 +60,7 @@ Interval plotRange(const ChosenLaw& chosen, std::span<const double> points) {
     Interval range{tailEnd(chosen, median, reach(chosen, 0.25), false),
                    tailEnd(chosen, median, reach(chosen, 0.75), true)};
     if (chosen.law->discrete) range = {std::floor(range.lower), std::ceil(range.upper)};
-    const double near = 0.4 * (range.upper - range.lower);
+    const double near = 0.25 * (range.upper - range.lower);
     if (range.lower - support.lower <= near) range.lower = support.lower;
     if (support.upper - range.upper <= near) range.upper = support.upper;
     takeIn(points, range);

@@ -102,6 +102,7 @@ for x in (0.5, 3):
 moments("nct", "10 1.5", stats.nct(10, 1.5))
 moments("ncx2", "3 2", stats.ncx2(3, 2))
 moments("ncf", "3 20 2", stats.ncf(3, 20, 2))
+add("cdf", "tukey", 3.3145, "3 inf", "lower", stats.studentized_range(3, math.inf).cdf(3.3145), 1e-7)
 add("quantile", "studentized range", 0.95, "3 10", "lower", stats.studentized_range(3, 10).ppf(0.95), 1e-5)
 
 print(f"# The laws of the program | source: SciPy {scipy.__version__}, make_laws.py | tolerances relative; wider where "
