@@ -17,6 +17,7 @@ const numcore::testing::ScalarFunctions kFunctions = {
 
 TEST(DiscreteLaws, MatchReference) {
     numcore::testing::expectScalarRows("distributions/discrete_laws.csv", kFunctions);
+    numcore::testing::expectScalarRows("distributions/discrete_laws_far.csv", kFunctions);
 }
 
 }  // namespace
