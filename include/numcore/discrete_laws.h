@@ -180,8 +180,8 @@ NUMCORE_API double PDFHyperG(double x, double N, double K, double n);
 /** Distribution function of the hypergeometric law at floor(x).
  *
  *  Masses are added up outwards from x on the side where they fall, each from its neighbour. Where the standard
- *  deviation exceeds 500 and x is near the mean, the sum is an integral over the smooth curve through the masses
- *  with the Euler-Maclaurin corrections, so that the time no longer grows with N. */
+ *  deviation exceeds 500 and neighbours differ by less than 3 %, the sum is an integral over the smooth curve
+ *  through the masses with the Euler-Maclaurin corrections, so that the time no longer grows with N. */
 NUMCORE_API double CDFHyperG(double x, double N, double K, double n);
 
 NUMCORE_END_C
