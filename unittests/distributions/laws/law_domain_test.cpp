@@ -201,7 +201,7 @@ const std::vector<Law> kClosedFormLaws = {
      PDFGEV,
      CDFGEV,
      gevQuantile,
-     {{0, 1, 0}, {0.3, 1, 0}, {-0.3, 2, 1}, {1e-9, 1, 0}, {-2, 1, 5}, {3, 4, -1}},
+     {{0, 1, 0}, {0.3, 1, 0}, {-0.3, 2, 1}, {1e-9, 1, 0}, {-2, 1, 5}, {0.7, 4, -1}},
      {{{0, 0, 0}}, {{0.3, 0, 0}}, {{-0.3, -1, 0}}, {{0.3, kNotANumber, 0}}, {{kNotANumber, 1, 0}, "q"}},
      1e-7},
     {"Logistic",
@@ -245,7 +245,7 @@ const std::vector<Law> kClosedFormLaws = {
      PDFArcsine,
      CDFArcsine,
      InvCDFArcsine,
-     {{0.5}, {0.3}, {0.6}},
+     {{0.5}, {0.4}, {0.6}},
      eachBad({0.5}, {0.0, 1.0, -1.0, kInfinite, kNotANumber}),
      kUpperTail,
      false,
@@ -264,9 +264,9 @@ const std::vector<Law> kClosedFormLaws = {
 
 // The hypergeometric law has no quantile of its own.
 double searchedHyperG(double p, const Parameters& law) {
-    double reached = std::min(law[1], law[2]);
+    double reached = std::floor(std::min(law[1], law[2]));
     double missed = -1.0;
-    if (!(reached >= 0.0 && reached < 1e16)) return numcore::kMissing;
+    if (!(reached >= 0.0 && reached <= 0x1p53)) return numcore::kMissing;
     while (reached - missed > 1.0) {
         const double middle = std::floor(0.5 * (reached + missed));
         (CDFHyperG(middle, law[0], law[1], law[2]) >= p ? reached : missed) = middle;
