@@ -59,7 +59,8 @@ Tails noncentralBetaTails(double x, double y, double nu1, double nu2, double lam
 }
 
 Tails noncentralChiSquare(double x, double nu, double lambda) {
-    if (!inDomain(nu, lambda) || std::isnan(x)) return kNoTails;
+    if (!inDomain(nu, lambda)) return kNoTails;
+    if (std::isnan(x)) return {x, x};
     if (x <= 0.0) return {0.0, 1.0};
     if (std::isinf(x)) return {1.0, 0.0};
     const Saddle saddle = saddleOfChiSquare(x, nu, lambda);
@@ -68,7 +69,8 @@ Tails noncentralChiSquare(double x, double nu, double lambda) {
 }
 
 Tails noncentralBeta(double x, double alpha, double beta, double lambda) {
-    if (!inDomain(2.0 * alpha, lambda) || !inDomain(2.0 * beta, lambda) || std::isnan(x)) return kNoTails;
+    if (!inDomain(2.0 * alpha, lambda) || !inDomain(2.0 * beta, lambda)) return kNoTails;
+    if (std::isnan(x)) return {x, x};
     if (x <= 0.0) return {0.0, 1.0};
     if (x >= 1.0) return {1.0, 0.0};
     const double nu1 = 2.0 * alpha;
@@ -80,7 +82,8 @@ Tails noncentralBeta(double x, double alpha, double beta, double lambda) {
 }
 
 Tails noncentralFisher(double x, double nu1, double nu2, double lambda) {
-    if (!inDomain(nu1, lambda) || !inDomain(nu2, lambda) || std::isnan(x)) return kNoTails;
+    if (!inDomain(nu1, lambda) || !inDomain(nu2, lambda)) return kNoTails;
+    if (std::isnan(x)) return {x, x};
     if (x <= 0.0) return {0.0, 1.0};
     if (std::isinf(x)) return {1.0, 0.0};
     // x nu1 / (x nu1 + nu2) and its complement, neither by subtraction.

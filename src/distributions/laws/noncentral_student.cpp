@@ -113,7 +113,8 @@ Tails sameSideTails(double t, double nu, double delta) {
 }  // namespace
 
 Tails noncentralStudent(double t, double nu, double delta) {
-    if (!inDomain(nu, delta) || std::isnan(t)) return {kMissing, kMissing};
+    if (!inDomain(nu, delta)) return {kMissing, kMissing};
+    if (std::isnan(t)) return {t, t};
     if (t < 0.0) {
         const Tails mirrored = noncentralStudent(-t, nu, -delta);
         return {mirrored.upper, mirrored.lower};
@@ -125,7 +126,8 @@ Tails noncentralStudent(double t, double nu, double delta) {
 }
 
 double noncentralStudentDensity(double t, double nu, double delta) {
-    if (!inDomain(nu, delta) || std::isnan(t)) return kMissing;
+    if (!inDomain(nu, delta)) return kMissing;
+    if (std::isnan(t)) return t;
     if (std::abs(t) > kLargestPoint) return 0.0;
     // The density of t given s is s phi(t s - delta); the mode solves a quadratic.
     const double radius = std::hypot(t, std::sqrt(nu));

@@ -16,13 +16,14 @@ namespace numcore::distributions {
 namespace {
 
 // Steps of the rule over ln s that leave an error of 1e-11, measured: in units of the width of the integrand,
-// and the limit that its strip of analyticity sets.
+// and the limit that its strip of analyticity sets, narrower with many means and ranges.
 constexpr double kStepOfWidth = 0.75;
 constexpr double kStepOfWidthSomeDf = 0.65;
 constexpr double kStepOfWidthFewDf = 0.5;
 constexpr double kManyDf = 80.0;
 constexpr double kFewDf = 28.0;
 constexpr double kLargestStep = 0.14;
+constexpr double kManyDifferences = 4.7;  // as ln means + 1.2 ln ranges
 constexpr double kNegligible = 1e-12;
 constexpr double kComplementLimit = 0.9;
 constexpr double kLargestCount = 1e9;  // of ranges and means
@@ -75,12 +76,18 @@ struct Law {
     RangeTails given(double w) const { return ofSeveral(range.at(w, withDensity), ranges); }
 };
 
+double largestStep(const Law& law) {
+    const double differences = std::log(law.k) + 1.2 * std::log(law.ranges);
+    if (differences <= kManyDifferences) return kLargestStep;
+    return kLargestStep * std::pow(kManyDifferences / differences, 2.8);
+}
+
 Average averageTail(double q, const Law& law, bool upper) {
     const double df = law.df;
     const double middle = law.range.middle();
     const Peak peak = upper ? upperPeak(q, df, middle) : lowerPeak(q, df, law.ranges * (law.k - 1.0), middle);
     const double ofWidth = df < kFewDf ? kStepOfWidthFewDf : (df < kManyDf ? kStepOfWidthSomeDf : kStepOfWidth);
-    const double step = std::min(ofWidth / std::sqrt(peak.curvature), kLargestStep);
+    const double step = std::min(ofWidth / std::sqrt(peak.curvature), largestStep(law));
     Average average;
     average.tail = averageOverChiScale({df, peak.mode, step, kNegligible}, upper ? 1.0 : 0.0,
                                        [&](double s, double, double weight) {
@@ -109,7 +116,8 @@ bool inDomain(double ranges, double k, double df) {
 }  // namespace
 
 StudentizedRange studentizedRange(double q, double ranges, double k, double df, bool withDensity) {
-    if (!inDomain(ranges, k, df) || std::isnan(q)) return {kMissing, kMissing, kMissing};
+    if (!inDomain(ranges, k, df)) return {kMissing, kMissing, kMissing};
+    if (std::isnan(q)) return {q, q, q};
     if (q <= 0.0) return {0.0, 1.0, 0.0};
     if (std::isinf(q)) return {1.0, 0.0, 0.0};
     return averaged(q, {ranges, NormalRange(k), k, df, withDensity});
