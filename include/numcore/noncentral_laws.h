@@ -1,6 +1,7 @@
 /* Noncentral laws and the bivariate normal law.
  *
- * Parameters outside their domain, NaN or infinite, give the missing value; a NaN point gives NaN. The
+ * Parameters outside their domain, NaN or infinite, give the missing value; a NaN point gives NaN. Degrees of
+ * freedom and shapes reach from 1e-12 to 1e100, of Student to 1e50; noncentralities likewise. The
  * distribution functions are lower tails with relative accuracy however small they are. */
 #pragma once
 
@@ -10,12 +11,13 @@ NUMCORE_BEGIN_C
 
 /* ---- StudentNC ---- */
 
-/** Density of the noncentral Student law, of (N + delta) / sqrt(Y / nu) with N standard normal and Y chi-square.
+/** Density of the noncentral Student law, of (N + delta) / sqrt(Y / nu) with N standard normal and Y
+ * chi-square.
  *
  *  @param x     point
- *  @param nu    degrees of freedom, 0 < nu <= 1e150
- *  @param delta noncentrality, |delta| <= 1e150
- *  @return the density, to 1e-12 in relative terms; 0 for |x| > 1e150
+ *  @param nu    degrees of freedom, > 0
+ *  @param delta noncentrality
+ *  @return the density, to 1e-12 in relative terms; 0 for |x| > 1e100
  *
  *  Average of the normal density over the law of s by the trapezoidal rule over ln s. */
 NUMCORE_API double PDFStudentNC(double x, double nu, double delta);
@@ -31,9 +33,9 @@ NUMCORE_API double CDFStudentNC(double x, double nu, double delta);
 /** Quantile of `CDFStudentNC`, by Newton steps inside a bracket on the logarithm of the smaller tail.
  *
  *  @param p probability, 0 to 1
- *  @return the quantile; with delta = 0 that of Student's law without the error of `InvCDFStudent`. The overflow
- *          marker at p = 1 and from 1e150 on; its negative twin, which is the missing value, at p = 0 and below
- *          -1e150; the missing value for p outside [0, 1] */
+ *  @return the quantile; with delta = 0 that of Student's law without the error of `InvCDFStudent`. The
+ * overflow marker at p = 1 and from 1e100 on; its negative twin, which is the missing value, at p = 0 and below
+ *          -1e100; the missing value for p outside [0, 1] */
 NUMCORE_API double InvCDFStudentNC(double p, double nu, double delta);
 
 /* ---- chiSqNC ---- */

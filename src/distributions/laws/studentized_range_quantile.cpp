@@ -13,7 +13,7 @@ namespace numcore::distributions {
 namespace {
 
 constexpr double kLargestQuantile = 1e150;
-constexpr double kLeastQuantile = 1e-300;
+constexpr double kLeastQuantile = 1e-150;
 constexpr double kLongestStep = 2.0;
 // The error of an interpolated point is about the square of the product of the two changes of ln q before it.
 constexpr double kProductOfChanges = 1e-7;
@@ -97,5 +97,6 @@ double qtukey(double p, double ranges, double k, double df) {
     if (p == 0.0) return 0.0;
     if (p == 1.0) return kOverflow;
     const double q = distributions::quantile(p, {ranges, k, df});
+    if (q <= 1.001 * distributions::kLeastQuantile) return 0.0;
     return q < 0.999 * distributions::kLargestQuantile ? q : kOverflow;
 }
