@@ -1,6 +1,7 @@
 // Algorithm AS 239. Shea, B. L. (1988), Chi-squared and incomplete gamma integral, Appl. Statist. 37:466-473.
 #include "distributions/special/incomplete_gamma.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -89,7 +90,7 @@ double incompleteGamma(double x, double a) {
     const double factor = beta_parts::gammaFactor(a, x);
     if (seriesApplies(x, a)) {
         const double lower = factor * pearsonSeries(x, a);
-        return lower < kSmallestTail ? 0.0 : lower;
+        return lower < kSmallestTail ? 0.0 : std::min(lower, 1.0);  // roundings at tiny shapes
     }
     const double upper = a * factor * legendreFraction(x, a);
     return upper < kSmallestTail ? 1.0 : 1.0 - upper;
