@@ -55,7 +55,9 @@ void addCommands(CLI::App& app, Options& options, RawOptions& raw) {
     describe->callback([&options] { options.command = Command::kDescribe; });
 
     CLI::App* quantile = app.add_subcommand("quantile", "Quantiles of numeric columns, or of a law");
-    quantile->add_option("FILE", raw.fileOrLaw, "CSV or TSV file (- reads standard input), or a law")
+    quantile
+        ->add_option("FILE", raw.fileOrLaw,
+                     "CSV or TSV file (- reads standard input); or a law, when no file has this name")
         ->required();
     addLawQuantiles(*quantile, options);
     addInput(*quantile, options, raw);
@@ -206,8 +208,9 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, i
     std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
     if (!reversed.empty()) reversed.pop_back();
     for (std::string& word : reversed) {
-        // CLI11 takes -1 for a number, but -.5 for an option.
+        // CLI11 takes -1 for a number, but -.5 and -inf for options.
         if (word.size() > 2 && word.starts_with("-.") && word[2] >= '0' && word[2] <= '9') word.insert(1, "0");
+        if (lowerCase(word.substr(0, 4)) == "-inf") word.insert(0, "+");
     }
     checkCommand(app, arguments);
     try {

@@ -26,7 +26,7 @@ std::vector<Law> discreteLaws() {
          .varianceText = "n p (1 - p)",
          .example = "10 0.3"},
         {.codes = {2},
-         .aliases = {{"nbinom"}, {"negative-binomial"}, {"negbin"}, {"pascal"}},
+         .aliases = {{"nbinom"}, {"negative-binomial"}, {"negbin"}, {"negbinom"}, {"pascal"}},
          .parameters = {{"", "successes to wait for", Domain::kPositiveCount, 0.0, false, "size successes"},
                         {"", "probability of a success", Domain::kInsideUnit, 0.0, false, "prob"}},
          .discrete = true,

@@ -23,9 +23,11 @@ constexpr double kNearOne = 1.0 - 5e-7;         // shown as 1 with six digits
 constexpr int kExtremeValueCode = 23;
 
 double lowerTail(const ChosenLaw& chosen, double x) {
+    const Law& law = *chosen.law;
     const Values& p = chosen.parameters;
-    return chosen.law->coded() ? CDFGeneral(x, chosen.code, p[0], p[1], p[2], p[3])
-                               : chosen.law->distribution(x, p);
+    const double probability =
+        law.coded() ? CDFGeneral(x, chosen.code, p[0], p[1], p[2], p[3]) : law.distribution(x, p);
+    return probability == 0.0 && law.farLowerTail != nullptr ? law.farLowerTail(x, p) : probability;
 }
 
 double lowerQuantile(const ChosenLaw& chosen, double p) {
@@ -158,9 +160,11 @@ std::vector<std::string> sentences(const Remarks& remarks, const ChosenLaw& chos
     add(remarks.beyondMethod,
         "an infinite quantile of a probability below 1: it is beyond what the method reaches");
     add(remarks.notWhole, fmt::format("the {} law has whole numbers only: 0 between them", chosen.name));
-    add(remarks.notProbability, "values below 0 or above 1 are no probabilities and have no quantile");
-    add(remarks.noResult, fmt::format("the library gives no value for some of these: {}",
-                                      chosen.nParameters == 0 ? chosen.name : chosen.parameterText()));
+    add(remarks.notProbability,
+        fmt::format("values below 0 or above 1 are no probabilities and have no quantile; the first: {}",
+                    remarks.firstWithout));
+    add(remarks.noResult,
+        fmt::format("the library gives no value for some of these; the first: {}", remarks.firstWithout));
     add(remarks.off,
         "the library's quantile is off for some of these: its own tail probability (cdf) differs from the "
         "one asked for by more than 1e-4 of it");

@@ -17,6 +17,7 @@ struct Remarks {
     bool notWhole = false;        // a discrete law's probability between whole numbers
     bool notProbability = false;  // a quantile of what is no probability
     bool noResult = false;        // the library's missing value
+    std::string firstWithout{};   // the first value of these two kinds: "row 2, 1.2"
     bool off = false;             // a quantile that does not undo the distribution
     bool shapeSign = false;       // a quantile of the generalised extreme value law
 };

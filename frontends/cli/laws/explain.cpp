@@ -47,6 +47,25 @@ std::string symbolsOf(const Form& form) {
     return text;
 }
 
+/// "mean (any number), standard deviation (above 0)".
+std::string meaningsOf(const Form& form) {
+    std::string text;
+    for (std::size_t i = 0; i < form.nParameters; ++i) {
+        const Parameter& parameter = form.law->parameters[i];
+        text +=
+            fmt::format("{}{} ({})", i == 0 ? "" : "; ", parameter.meaning, describeDomain(parameter.domain));
+    }
+    return text;
+}
+
+/// Names of a parameter, and of what it is the inverse of: "scale theta, rate = 1/beta".
+std::string otherNamesOf(const Parameter& parameter) {
+    const std::string names = parameter.otherNames;
+    const std::string inverse = parameter.inverseNames;
+    if (inverse.empty()) return names;
+    return fmt::format("{}{}{} = 1/{}", names, names.empty() ? "" : ", ", inverse, parameter.symbol);
+}
+
 std::string aliasesOf(const Law& law) {
     std::string text;
     for (const Alias& alias : law.aliases) {
@@ -72,10 +91,11 @@ ReportTable parameterTable(const Law& law) {
                       1,
                       {}};
     for (const Parameter& parameter : law.parameters) {
-        table.rows.push_back(
-            {parameter.symbol, std::string(parameter.meaning), std::string(describeDomain(parameter.domain)),
-             parameter.optional ? Cell(parameter.fallback) : Cell(),
-             *parameter.otherNames == '\0' ? Cell() : Cell(std::string(parameter.otherNames))});
+        const std::string otherNames = otherNamesOf(parameter);
+        table.rows.push_back({parameter.symbol, std::string(parameter.meaning),
+                              std::string(describeDomain(parameter.domain)),
+                              parameter.optional ? Cell(parameter.fallback) : Cell(),
+                              otherNames.empty() ? Cell() : Cell(otherNames)});
     }
     return table;
 }
@@ -136,8 +156,7 @@ ReportTable valueTable(const ChosenLaw& chosen) {
 }
 
 ReportTable exampleTable(const Law& law) {
-    std::string word = law.name;
-    std::ranges::replace(word, ' ', '-');
+    const std::string word = commandWord(law.name);
     ReportTable table{"examples", "Examples", {{"command", "Command", ColumnKind::kText}}, {}, 0, {}};
     const auto add = [&](const char* command, const char* values) {
         table.rows.push_back({fmt::format("numcore {} {} {} {}", command, word, values, law.example)});
@@ -175,7 +194,8 @@ Report listLaws() {
                        {"code", "Code", ColumnKind::kCount},
                        {"parameters", "Parameters", ColumnKind::kText},
                        {"commands", "Commands", ColumnKind::kText},
-                       {"other_names", "Other names", ColumnKind::kText}},
+                       {"other_names", "Other names", ColumnKind::kText},
+                       {"meaning", "Meaning and domain of the parameters", ColumnKind::kText}},
                       {},
                       1,
                       {}};
@@ -184,7 +204,7 @@ Report listLaws() {
         const bool first = !form.law->coded() || form.code == *std::ranges::min_element(form.law->codes);
         table.rows.push_back({form.name, form.code < 0 ? Cell() : Cell(std::int64_t{form.code}),
                               symbolsOf(form), offeredBy(*form.law),
-                              first ? aliasesOf(*form.law) : std::string()});
+                              first ? aliasesOf(*form.law) : std::string(), meaningsOf(form)});
     }
     report.tables.push_back(std::move(table));
     report.notes = {"numcore law NAME tells more about one of them"};

@@ -22,8 +22,9 @@ double reach(const ChosenLaw& chosen, double p) {
     }
     while (below(high) && high < kFarthest && high < support.upper) high = high * 2.0 + 1.0;
     constexpr int kHalvings = 200;
-    for (int i = 0; i < kHalvings && high - low > 1e-6 * std::max(std::abs(low), std::abs(high)); ++i) {
+    for (int i = 0; i < kHalvings; ++i) {
         const double middle = low + (high - low) / 2.0;
+        if (middle <= low || middle >= high) break;  // neighbours
         (below(middle) ? low : high) = middle;
     }
     return high;
