@@ -247,6 +247,7 @@ std::string completionScript(const std::string& shell) {
         const bool takesLaw = command->get_option_no_throw("LAW") != nullptr;
         entry.takesFile = command->get_option_no_throw("FILE") != nullptr;
         if (takesLaw || command->get_option_no_throw("P") != nullptr) entry.words = words;
+        if (command->get_name() == "law") entry.words.insert(entry.words.begin(), "list");
         for (const CLI::Option* option : command->get_options()) {
             for (const std::string& name : option->get_lnames()) {
                 std::string help = option->get_description();

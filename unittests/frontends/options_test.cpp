@@ -1,4 +1,5 @@
 #include "cli/options.hpp"
+#include "cli/laws/values.hpp"
 
 #include <gtest/gtest.h>
 
@@ -58,6 +59,10 @@ TEST(Options, TakesLawsWithValuesAndParameters) {
     EXPECT_EQ(cdf.law.plot, "n.svg");
     EXPECT_EQ(parse({"cdf", "norm", "-1:1:0.5", "-2"}).law.arguments,
               (std::vector<std::string>{"-1:1:0.5", "-2"}));
+    const std::vector<std::string> infinite = parse({"cdf", "norm", "-Inf,1", "-infinity"}).law.arguments;
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(parseValues(infinite[0], false), (std::vector<double>{-kInfinity, 1.0}));
+    EXPECT_EQ(parseNumber(infinite[1]), -kInfinity);
     const Options column = parse({"pdf", "norm", "--file", "f.csv", "--column", "x", "-s", "tab"});
     EXPECT_EQ(column.command, Command::kDensity);
     EXPECT_EQ(column.file, "f.csv");

@@ -89,11 +89,9 @@ Points takePoints(const Options& options, const NamedLaw& named, std::vector<std
 }
 
 void checkOffered(const Law& law, Command command) {
-    const bool offered =
-        command == Command::kDensity ? hasDensity(law) : command != Command::kLawQuantile || hasQuantile(law);
-    if (offered) return;
-    throw UsageError(fmt::format("the {} law has no {} in the library; it has {}", law.name,
-                                 command == Command::kDensity ? "density" : "quantile", law.functions));
+    if (command != Command::kDensity || hasDensity(law)) return;
+    throw UsageError(
+        fmt::format("the {} law has no density in the library; it has {}", law.name, law.functions));
 }
 
 std::vector<Tail> tailsOf(const LawRequest& request) {

@@ -76,7 +76,7 @@ std::string aliasesOf(const Law& law) {
 }
 
 std::string offeredBy(const Law& law) {
-    return fmt::format("{}cdf{}", hasDensity(law) ? "pdf " : "", hasQuantile(law) ? " quantile" : "");
+    return fmt::format("{}cdf quantile", hasDensity(law) ? "pdf " : "");
 }
 
 ReportTable parameterTable(const Law& law) {
@@ -123,6 +123,7 @@ ReportTable propertyTable(const Law& law) {
     add("mean", law.meanText == nullptr ? "" : law.meanText);
     add("variance", law.varianceText == nullptr ? "" : law.varianceText);
     add("upper tail", law.upperTail != nullptr ? "without loss of digits" : "1 - lower tail");
+    add("quantile", hasQuantile(law) ? "" : "by halving on the distribution function");
     return table;
 }
 
@@ -148,7 +149,6 @@ ReportTable valueTable(const ChosenLaw& chosen) {
         add("variance", variance);
         add("standard deviation", variance == NUMCORE_MISSING ? variance : std::sqrt(variance));
     }
-    if (!hasQuantile(law)) return table;
     add("lower quartile", quantileAt(chosen, 0.25, Tail::kLower));
     add("median", quantileAt(chosen, 0.5, Tail::kLower));
     add("upper quartile", quantileAt(chosen, 0.75, Tail::kLower));
@@ -163,7 +163,7 @@ ReportTable exampleTable(const Law& law) {
     };
     add("cdf", law.discrete ? "2,3" : "0.5,1.5");
     if (hasDensity(law)) add("pdf", law.discrete ? "0:5" : "0:1:0.25");
-    if (hasQuantile(law)) add("quantile", "0.95");
+    add("quantile", "0.95");
     table.rows.push_back({fmt::format("numcore law {} {} --plot {}.svg", word, law.example, word)});
     return table;
 }

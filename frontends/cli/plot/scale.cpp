@@ -42,7 +42,7 @@ int digitsFrom(double largest, int exponent) {
 std::string tickLabel(double value, int exponent, double largest) {
     constexpr int kSmallestFixed = -4;
     constexpr double kLargestFixed = 1e6;
-    constexpr int kMostScientific = 4;
+    constexpr int kMostScientific = 3;
     const int digits = digitsFrom(largest, exponent);
     const bool isLong = exponent < kSmallestFixed || largest >= kLargestFixed;
     if (isLong && digits <= kMostScientific) return fmt::format("{:g}", value);

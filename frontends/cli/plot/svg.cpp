@@ -20,7 +20,7 @@ text { font-family: "DejaVu Sans", "Liberation Sans", Arial, Helvetica, sans-ser
 .curve { stroke: #1f4e79; stroke-width: 2; fill: none; stroke-linejoin: round; }
 .area { fill: #cfdcea; stroke: none; }
 .bar { fill: #b5c8dd; stroke: #1f4e79; stroke-width: 1; }
-.bar-dense { fill: #9db5d0; shape-rendering: crispEdges; }
+.bar-dense { fill: #9db5d0; }
 .bar-asked { fill: #a84a12; stroke: #8a3b00; stroke-width: 1; }
 .hint { stroke: #8a3b00; stroke-width: 1; stroke-dasharray: 5 3; fill: none; }
 .dot { fill: #fff; stroke: #8a3b00; stroke-width: 2; }
