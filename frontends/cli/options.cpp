@@ -65,6 +65,7 @@ void addCommands(CLI::App& app, Options& options, RawOptions& raw) {
     quantile
         ->add_option("-p,--p", raw.orders, "Orders, separated by commas: 0.1,0.5 or 10%,50% (0.25,0.5,0.75)")
         ->expected(1)
+        ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->group("Quantiles");
     quantile
@@ -72,6 +73,7 @@ void addCommands(CLI::App& app, Options& options, RawOptions& raw) {
                      "Methods, separated by commas: 0 to 5, all, or a name: linear (5, the default),\n"
                      "weibull (3), r1 to r7, sas1 to sas5, excel.inc, excel.exc, spss, stata, ...")
         ->expected(1)
+        ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->group("Quantiles");
     quantile

@@ -76,6 +76,7 @@ CLI::App* addFunction(CLI::App& app, const char* name, const char* help, const c
     addColumn(*command, options);
     command->add_option("-c,--column", options.selection.columns, "Column of the file, by name or number")
         ->expected(1)
+        ->allow_extra_args(false)
         ->group(kLawGroup);
     addPlot(*command, options);
     addInput(*command, options, raw);
@@ -145,6 +146,8 @@ void decideQuantile(const RawOptions& raw, Options& options) {
     const std::string& name = raw.fileOrLaw;
     const bool valuesFromFile = !options.file.empty();
     if (!valuesFromFile && (isFileHere(name) || (looksLikeAPath(name) && !findLaw(name)))) {
+        if (hasLawOptions(options) && !isFileHere(name))
+            throw UsageError(fmt::format("{} is no file here and no law", quotedForMessage(name)));
         if (hasLawOptions(options)) {
             const auto law = findLaw(name);
             const std::string other =

@@ -180,6 +180,7 @@ TEST(LawParameters, AreRefusedWithWhatTheLawNeeds) {
         {"student", "1", "the student law needs nu"},
         {"student", "", "no value: numcore cdf student X nu"},
         {"binomial", "1 2.5 0.5", "a whole number from 1"},
+        {"binomial", "1 1e10 0.5", "a whole number from 1, within 2147483647"},
         {"binomial", "1 10 1.5", "from 0 to 1"},
         {"poisson", "1 inf", "above 0"},
         {"triangular", "1 3 2 5", "the triangular law needs a <= m <= b and a < b; here a = 3, m = 2, b = 5"},

@@ -68,6 +68,10 @@ TEST(Options, TakesLawsWithValuesAndParameters) {
     EXPECT_EQ(column.file, "f.csv");
     EXPECT_EQ(column.selection.columns, std::vector<std::string>{"x"});
     EXPECT_EQ(column.csv.separator, '\t');
+    EXPECT_EQ(parse({"pdf", "t", "--file", "f.csv", "--column", "x", "df=3"}).law.arguments,
+              std::vector<std::string>{"df=3"})
+        << "one column only";
+    EXPECT_EQ(parse({"describe", "--columns", "x", "f.csv"}).file, "f.csv");
     EXPECT_EQ(parse({"law"}).law.name, "");
     EXPECT_EQ(parse({"law", "gamma", "2"}).law.arguments, std::vector<std::string>{"2"});
 }
@@ -105,6 +109,7 @@ TEST(Options, RefusesWhatMakesNoSense) {
         {"quantile", "f.csv", "--confidence", "95"},
         {"quantile", "neither"},
         {"quantile", "f.csv", "0.5"},
+        {"quantile", NUMCORE_DATA_DIR "/iris.csv", "0.5"},
         {"quantile", "f.csv", "--upper"},
         {"quantile", "normal", "0.5", "--method", "all"},
         {"cdf"},

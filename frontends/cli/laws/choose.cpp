@@ -138,7 +138,8 @@ void checkValues(const ChosenLaw& chosen) {
         if (inDomain(chosen.parameters[i], parameter.domain)) continue;
         throw UsageError(fmt::format("{} = {} is not possible: the {} law needs {} (its {}) {}",
                                      parameter.symbol, chosen.parameters[i], law.name, parameter.symbol,
-                                     parameter.meaning, describeDomain(parameter.domain)));
+                                     parameter.meaning, describeDomain(parameter.domain)) +
+                         (isTooLarge(chosen.parameters[i], parameter.domain) ? ", within 2147483647" : ""));
     }
     if (law.ordered != nullptr && !law.ordered(chosen.parameters)) {
         throw UsageError(fmt::format("the {} law needs {}; here {} (parameters in this order: {})", law.name,

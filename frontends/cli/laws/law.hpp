@@ -31,6 +31,8 @@ enum class Domain {
 /// "above 0", "a whole number from 1".
 const char* describeDomain(Domain domain);
 bool inDomain(double value, Domain domain);
+/// A whole number that the library's 32-bit counts do not reach.
+bool isTooLarge(double value, Domain domain);
 
 struct Parameter {
     std::string symbol;  // a coded law's come from the library
