@@ -210,6 +210,63 @@ TEST(LawValues, ReadListsRangesAndPercentages) {
     EXPECT_THROW(parseValues("2.5%", false), UsageError);
 }
 
+/// A law with the parameters of its example.
+ChosenLaw exampleOf(const Law& law) {
+    return chooseLaw(lawNamed(law.name), wordsOf(law.example));
+}
+
+TEST(LawResults, OfEveryLawHoldTogether) {
+    for (const Law& law : laws()) {
+        const ChosenLaw chosen = exampleOf(law);
+        for (const double p : {0.02, 0.3, 0.45, 0.9}) {
+            const double x = quantileAt(chosen, p, Tail::kLower);
+            const double lower = distributionAt(chosen, x, Tail::kLower);
+            EXPECT_NEAR(lower + distributionAt(chosen, x, Tail::kUpper), 1.0, 1e-12) << law.name << " at " << x;
+            if (law.discrete) {
+                EXPECT_GE(lower, p) << law.name;
+                EXPECT_LT(distributionAt(chosen, x - 1.0, Tail::kLower), p) << law.name;
+                EXPECT_NEAR(densityAt(chosen, x), lower - distributionAt(chosen, x - 1.0, Tail::kLower), 1e-12)
+                    << law.name << " at " << x;
+                continue;
+            }
+            // The library's own quantile of this law takes the shape with the other sign.
+            if (chosen.code != 23) {
+                EXPECT_NEAR(lower, p, 1e-5) << law.name;
+            }
+            EXPECT_NEAR(quantileAt(chosen, 1.0 - lower, Tail::kUpper), quantileAt(chosen, lower, Tail::kLower),
+                        1e-4 * (1.0 + std::abs(x)))
+                << law.name;
+            if (!hasDensity(law)) continue;
+            const double step = 1e-5 * (1.0 + std::abs(x));
+            const double slope = (distributionAt(chosen, x + step, Tail::kLower) -
+                                  distributionAt(chosen, x - step, Tail::kLower)) /
+                                 (2.0 * step);
+            EXPECT_NEAR(densityAt(chosen, x), slope, 1e-4 * (1.0 + slope)) << law.name << " at " << x;
+        }
+    }
+}
+
+TEST(LawResults, HalvingFindsTheSameQuantiles) {
+    for (const Law& law : laws()) {
+        const ChosenLaw chosen = exampleOf(law);
+        if (!hasQuantile(law) || chosen.code == 23) continue;
+        for (const double p : {0.02, 0.45, 0.97}) {
+            const double x = quantileAt(chosen, p, Tail::kLower);
+            EXPECT_NEAR(invertDistribution(chosen, p, Tail::kLower), x, 1e-5 * (1.0 + std::abs(x))) << law.name;
+        }
+    }
+    const ChosenLaw draws = chooseLaw(lawNamed("hyper"), wordsOf("20 8 5"));
+    EXPECT_EQ(quantileAt(draws, 1e-12, Tail::kLower), 0.0) << "the start of the support itself";
+    EXPECT_EQ(quantileAt(draws, 1e-12, Tail::kUpper), 5.0);
+    // Counts beyond 32 bits, which the library's functions do not take.
+    const ChosenLaw many = chooseLaw(lawNamed("poisson"), {"1e12"});
+    EXPECT_NEAR(distributionAt(many, 1e12, Tail::kLower), 0.5, 1e-5);
+    EXPECT_NEAR(invertDistribution(many, 0.5, Tail::kLower), 1e12, 1e4);
+    EXPECT_EQ(distributionAt(chooseLaw(lawNamed("poisson"), {"4"}), 1e10, Tail::kLower), 1.0);
+    const ChosenLaw wide = chooseLaw(lawNamed("normal"), wordsOf("0 1e300"));
+    EXPECT_TRUE(std::isfinite(invertDistribution(wide, 0.9, Tail::kLower)));
+}
+
 TEST(LawResults, KnowTheEndsOfTheSupport) {
     const auto chosen = [](const char* law, const char* words) {
         return chooseLaw(lawNamed(law), wordsOf(words));

@@ -127,6 +127,10 @@ TEST(Completion, OffersTheOptionsThatExist) {
             EXPECT_NE(script.find(word), std::string::npos) << shell << " " << word;
         }
     }
+    const std::string bash = completionScript("bash");
+    EXPECT_NE(bash.find("== law ]]; then\n        mapfile -t COMPREPLY < <(compgen -W 'list "),
+              std::string::npos);
+    EXPECT_NE(bash.find("--plot) compopt -o filenames"), std::string::npos);
     EXPECT_THROW(completionScript("csh"), UsageError);
 }
 

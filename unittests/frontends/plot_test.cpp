@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/errors.hpp"
 #include "cli/laws/choose.hpp"
 #include "cli/laws/law_plot.hpp"
 #include "cli/laws/plot_range.hpp"
@@ -117,6 +118,37 @@ TEST(LawPlot, MarksWhatWasAsked) {
     std::vector<std::string> notes;
     EXPECT_TRUE(isWellFormed(draw("normal", {}, {{0.0, 1.0, 1e9, 1.0 / 0.0}, false, false}, &notes)));
     EXPECT_EQ(notes, std::vector<std::string>{"1 point outside the plot"});
+}
+
+/// The highest label of the upper panel's axis.
+double topOfDensity(const std::string& law, const std::vector<std::string>& parameters) {
+    const std::string picture = draw(law, parameters, {});
+    const std::string anchor = "text-anchor=\"end\">";
+    // The lower panel's labels run from 0 again.
+    double top = 0.0;
+    std::size_t nZeros = 0;
+    for (std::size_t at = picture.find(anchor); at != std::string::npos; at = picture.find(anchor, at + 1)) {
+        const double value = std::stod(picture.substr(at + anchor.size()));
+        if (value == 0.0 && ++nZeros == 2) break;
+        top = std::max(top, value);
+    }
+    return top;
+}
+
+TEST(LawPlot, CutsPolesNotPeaks) {
+    // Infinite ends: the height is that of what lies between them.
+    EXPECT_LT(topOfDensity("chisq", {"1"}), 3.0);
+    EXPECT_LT(topOfDensity("beta", {"0.5", "0.5"}), 5.0);
+    EXPECT_LT(topOfDensity("gamma", {"0.1"}), 20.0);
+    // Finite ones are shown whole.
+    EXPECT_EQ(topOfDensity("beta", {"1", "3"}), 3.0);
+    EXPECT_EQ(topOfDensity("chisq", {"2"}), 0.5);
+    EXPECT_EQ(topOfDensity("binomial", {"5", "1"}), 1.0);
+    EXPECT_NEAR(topOfDensity("normal", {}), 0.4, 1e-9);
+    // Many bars are one shape: none of them is left out.
+    EXPECT_GT(countOf(draw("poisson", {"1e6"}, {}), "class=\"bar-dense\""), 300U);
+    EXPECT_LT(draw("poisson", {"1e12"}, {}).size(), 300'000U);
+    EXPECT_THROW(draw("poisson", {"1e17"}, {}), DataError) << "no whole numbers to step on";
 }
 
 TEST(LawPlot, LeavesRoomForLongLabels) {

@@ -25,6 +25,8 @@ constexpr int kExtremeValueCode = 23;
 double lowerTail(const ChosenLaw& chosen, double x) {
     const Law& law = *chosen.law;
     const Values& p = chosen.parameters;
+    // Beyond the library's counts only the tail's own function reaches.
+    if (law.discrete && x > kLargestCount) return 1.0 - law.upperTail(x, p);
     const double probability =
         law.coded() ? CDFGeneral(x, chosen.code, p[0], p[1], p[2], p[3]) : law.distribution(x, p);
     return probability == 0.0 && law.farLowerTail != nullptr ? law.farLowerTail(x, p) : probability;

@@ -30,6 +30,9 @@ double gammaFloor(double shape, bool upper) {
     return upper ? kSmallestProbability : 6.1e-39;
 }
 
+constexpr const char* kGammaLargeShapes =
+    "Beyond a shape of 1000 (2000 degrees of freedom) the distribution function is a normal approximation, off "
+    "by up to 5e-6.";
 constexpr const char* kGammaQuantiles =
     "Quantiles are right to 1e-6 or so; for probabilities below 1e-6 and large shapes they can be far off.";
 
@@ -133,7 +136,7 @@ std::vector<Law> gammaLaws() {
          .meanText = "nu",
          .varianceText = "2 nu",
          .example = "3",
-         .notes = {kGammaQuantiles}},
+         .notes = {kGammaLargeShapes, kGammaQuantiles}},
         {.codes = {10, 11, 12},
          .aliases = {{"gamma"}},
          .parameters = {{"", "shape", Domain::kPositive, 0.0, false, "shape a alpha"},
@@ -153,7 +156,7 @@ std::vector<Law> gammaLaws() {
          .example = "2 3",
          .notes = {"R's gamma takes shape and rate: beta = 1/rate. scipy's takes a, loc and scale: here the "
                    "scale comes before the location.",
-                   kGammaQuantiles}},
+                   kGammaLargeShapes, kGammaQuantiles}},
         {.codes = {24},
          .aliases = {{"erlang"}},
          .parameters = {{"", "shape", Domain::kPositiveCount, 0.0, false, "shape"},
@@ -167,7 +170,8 @@ std::vector<Law> gammaLaws() {
          .meanText = "k/lambda",
          .varianceText = "k/lambda^2",
          .example = "3 0.5",
-         .notes = {"The second parameter is a rate; the gamma law takes a scale.", kGammaQuantiles}},
+         .notes = {"The second parameter is a rate; the gamma law takes a scale.", kGammaLargeShapes,
+                   kGammaQuantiles}},
     };
 }
 

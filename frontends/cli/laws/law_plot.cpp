@@ -228,6 +228,9 @@ std::string drawLaw(const ChosenLaw& chosen, const LawMarks& asked, std::vector<
     const Interval range = plotRange(chosen, xs);
     if (!std::isfinite(range.upper - range.lower))
         throw DataError(fmt::format("the {} law is too wide to be drawn", chosen.name));
+    constexpr double kLargestStep = 4503599627370496.0;  // whole numbers have halves between them up to here
+    if (chosen.law->discrete && range.upper > kLargestStep)
+        throw DataError(fmt::format("the {} law is too far from 0 to be drawn", chosen.name));
     const auto nOutside = static_cast<std::size_t>(
         std::ranges::count_if(xs, [&](double x) { return x < range.lower || x > range.upper; }));
     if (nOutside > 0) notes.push_back(fmt::format("{} outside the plot", counted(nOutside, "point")));
