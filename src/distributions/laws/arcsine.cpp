@@ -94,5 +94,5 @@ double CDFArcsineG(double x, double a, double c, double d) {
 
 double InvCDFArcsineG(double p, double a, double c, double d) {
     const double quantile = outOfDomain(a, c, d) ? kMissing : InvCDFArcsine(p, a);
-    return quantile == kMissing ? kMissing : c + (d - c) * quantile;
+    return quantile == kMissing ? kMissing : markInfinite(c + (d - c) * quantile);
 }

@@ -129,7 +129,8 @@ double orthant(double h, double k, double rho) {
 }  // namespace
 
 double PDFBiNormalStd(double x, double y, double rho) {
-    if (std::isnan(x) || std::isnan(y) || !(std::abs(rho) < 1.0)) return kMissing;
+    if (!(std::abs(rho) < 1.0)) return kMissing;
+    if (std::isnan(x) || std::isnan(y)) return x + y;
     if (std::isinf(x) || std::isinf(y)) return 0.0;
     // x^2 - 2 rho x y + y^2 by its distance from the diagonal, towards which the mass moves as |rho| -> 1.
     const double sign = rho < 0.0 ? -1.0 : 1.0;
@@ -143,12 +144,14 @@ double PDFBiNormalStd(double x, double y, double rho) {
 
 double PDFBiNormal(double x, double y, double mu1, double mu2, double sigma1, double sigma2, double rho) {
     if (!(sigma1 > 0.0 && sigma2 > 0.0) || std::isinf(sigma1) || std::isinf(sigma2)) return kMissing;
+    if (!std::isfinite(mu1) || !std::isfinite(mu2)) return kMissing;
     const double density = PDFBiNormalStd((x - mu1) / sigma1, (y - mu2) / sigma2, rho);
     return density == kMissing ? kMissing : density / sigma1 / sigma2;
 }
 
 double CDFBiNormalStd(double x, double y, double rho) {
-    if (std::isnan(x) || std::isnan(y) || !(std::abs(rho) <= 1.0)) return kMissing;
+    if (!(std::abs(rho) <= 1.0)) return kMissing;
+    if (std::isnan(x) || std::isnan(y)) return x + y;
     const double h = -std::clamp(x, -kBeyondMass, kBeyondMass);
     const double k = -std::clamp(y, -kBeyondMass, kBeyondMass);
     return std::clamp(orthant(h, k, rho), 0.0, 1.0);

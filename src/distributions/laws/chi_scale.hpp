@@ -67,6 +67,7 @@ double averageOverChiScale(const ChiScaleRule& rule, double limit, Function func
     const double mode2Minus1 = std::fma(rule.mode, rule.mode, -1.0);
     const double atMode = std::sqrt(nu / basecore::Pi()) * rule.step *
                           std::exp(0.5 * nu * log1pMinus(mode2Minus1, mode2) - stirlingError(0.5 * nu));
+    if (!(atMode > 0.0)) return 0.0;
     const double linear = -nu * mode2Minus1;
     const double square = -0.5 * nu * mode2;
     double total = 0.0;
@@ -76,7 +77,7 @@ double averageOverChiScale(const ChiScaleRule& rule, double limit, Function func
         const double weight = atMode * std::exp(linear * right.u() + square * right.doubleExcess());
         const double term = weight * function(s, right.growth(), weight);
         total += term;
-        if (term < rule.negligible * total) break;
+        if (term <= rule.negligible * total) break;
     }
     LogScaleNodes left(-rule.step);
     for (int i = 1; i < kMaxNodes; ++i) {
@@ -86,7 +87,7 @@ double averageOverChiScale(const ChiScaleRule& rule, double limit, Function func
         const double value = function(s, left.growth(), weight);
         total += weight * value;
         const double z = 0.5 * nu * s * s;
-        if (weight * value < rule.negligible * total) break;
+        if (weight * value <= rule.negligible * total) break;
         if (z < kLargestSeries && weight * std::abs(value - limit) < rule.negligible * total) {
             total += weight * limit * weightsBelow(nu, rule.step, z);
             break;

@@ -61,13 +61,13 @@ inline Tails fromUpperTail(double upper) {
 }
 
 /// First count whose cumulative probability reaches p, summed upwards from the mass at 0; -1 when that is not
-/// the way: masses that start near the smallest double, more than 160 terms, or p so near 1 that the upper tail
-/// has to decide.
+/// the way: masses that start so low that the mean lies beyond 160 terms, more terms than these, or p so near 1
+/// that the upper tail has to decide.
 ///
 /// @param last  largest count of the law, infinity for none
 template <class Ratio>
 double countBySummation(double p, double massAtZero, double last, Ratio ratio) {
-    constexpr double kSmallestStart = 1e-280;
+    constexpr double kSmallestStart = 1e-70;
     constexpr double kNearOne = 1.0 - 1e-9;
     constexpr double kMostTerms = 160.0;
     if (massAtZero < kSmallestStart || p > kNearOne) return -1.0;

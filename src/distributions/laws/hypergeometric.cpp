@@ -11,6 +11,7 @@ namespace {
 
 constexpr double kLargestPopulation = 0x1p+53;  // beyond, doubles are not whole numbers one by one
 constexpr double kLongSumVariance = 500.0 * 500.0;
+constexpr double kSmoothRatio = 0.97;  // below, the seventh derivative matters and 1400 terms are enough
 
 struct Hypergeometric {
     double total = 0.0;
@@ -39,7 +40,7 @@ struct Hypergeometric {
 };
 
 // Sum of the masses from `from` outwards where they hardly change from one to the next: the midpoint form of
-// the Euler-Maclaurin formula up to the third derivative, the derivatives by differences. The integral over the
+// the Euler-Maclaurin formula up to the fifth derivative, the derivatives by differences. The integral over the
 // smooth curve takes the double exponential rule for decaying functions on a half line, Takahasi, H. and Mori,
 // M. (1974), Publ. RIMS Kyoto Univ. 9:721-741.
 double Hypergeometric::smoothSum(double from, double direction) const {
@@ -63,9 +64,11 @@ double Hypergeometric::smoothSum(double from, double direction) const {
         if (t > 0.0 && term < kNegligible * integral) break;
     }
     const auto at = [&](double offset) { return mass(from + direction * offset); };
-    const double outer = at(1.0) - at(-2.0);
-    const double inner = at(0.0) - at(-1.0);
-    return kStep * integral + inner / 24.0 - 17.0 / 5760.0 * (outer - 3.0 * inner);
+    const double first = at(0.0) - at(-1.0);
+    const double second = at(1.0) - at(-2.0);
+    const double third = at(2.0) - at(-3.0);
+    return kStep * integral + first / 24.0 - 17.0 / 5760.0 * (second - 3.0 * first) +
+           367.0 / 967680.0 * (third - 5.0 * second + 10.0 * first);
 }
 
 double Hypergeometric::lowerTail(double x) const {
@@ -75,7 +78,7 @@ double Hypergeometric::lowerTail(double x) const {
     const auto fallBelow = [&](double i) { return fall(x - 1.0 - i); };
     const auto fallAbove = [&](double i) { return rise(next + i); };
     const auto tail = [&](const auto& ratios, double direction) {
-        if (variance() > kLongSumVariance && !isShortSum(ratios(0.0), variance())) {
+        if (variance() > kLongSumVariance && ratios(0.0) > kSmoothRatio) {
             return smoothSum(from, direction);
         }
         return mass(from) * sumOfProducts(ratios);

@@ -32,9 +32,31 @@ struct NegativeBinomial {
     double mean() const { return size * odds; }
     double variance() const { return size * odds / success; }
     double ratio(double k) const { return (size + k) * failure / (k + 1.0); }
+    double lostSuccess(bool fromFailure) const;
+    Tails betaTails(double k) const;
     Tails tails(double k) const;
     std::uint32_t quantile(double p) const;
 };
+
+// What exact odds have beyond the rounded probability of a success, or beyond 1 - failure.
+double NegativeBinomial::lostSuccess(bool fromFailure) const {
+    const double rest = 1.0 - success;
+    const double lostRest = (1.0 - rest) - success;
+    const double lost = (std::fma(-success, odds, rest) + lostRest) * success;
+    const double gap = (1.0 - std::max(success, failure)) - std::min(success, failure);
+    return fromFailure ? lost - gap : lost;
+}
+
+// The incomplete beta ratio; it reads the probability of the larger shape's side, whose rounding would cost the
+// digits of large sizes: from there along the slope.
+Tails NegativeBinomial::betaTails(double k) const {
+    const double next = k + 1.0;
+    const BetaRatio beta = betaRatio(size, next, success, failure);
+    if (!oddsAreExact) return {beta.lower, beta.upper};
+    const double gained = (size + k) * mass(k) * (lostSuccess(size > next) / success);
+    if (!(std::abs(gained) < std::min(beta.lower, beta.upper))) return {beta.lower, beta.upper};
+    return {beta.lower + gained, beta.upper - gained};
+}
 
 // The sum of the masses on the shorter side, or the incomplete beta ratio where it would have hundreds of
 // terms.
@@ -48,8 +70,7 @@ Tails NegativeBinomial::tails(double k) const {
         const auto fall = [&](double i) { return ratio(next + i); };
         if (isShortSum(fall(0.0), variance())) return fromUpperTail(mass(next) * sumOfProducts(fall));
     }
-    const BetaRatio beta = betaRatio(size, next, success, failure);
-    return {beta.lower, beta.upper};
+    return betaTails(k);
 }
 
 std::uint32_t NegativeBinomial::quantile(double p) const {

@@ -21,9 +21,8 @@ Tails noncentralStudent(double t, double nu, double delta);
 /// Density of noncentralStudent; parameters in the domain.
 double noncentralStudentDensity(double t, double nu, double delta);
 
-/// The tail that the ratio of quadratic forms X / (X + Y) leaves at x, for parameters in the domain and x, y =
-/// 1
-/// - x in (0, 1); excess is nu2 x - (nu1 + lambda) y, which the caller may know without cancellation.
+/// Tails of the ratio of quadratic forms X / (X + Y) at x, for parameters in the domain, x and y = 1 - x both
+/// in (0, 1); excess is nu2 x - (nu1 + lambda) y, which the caller may know without cancellation.
 Tails noncentralBetaTails(double x, double y, double nu1, double nu2, double lambda, double excess);
 
 }  // namespace numcore::distributions

@@ -20,13 +20,19 @@ constexpr double kContourShape = 150.0;
 // A tail above this leaves too little of its complement; that is then summed for itself.
 constexpr double kComplementLimit = 0.9;
 
+// Squares and products of two must be finite, and not 0.
+constexpr double kLeastParameter = 1e-12;
+constexpr double kLargestParameter = 1e100;
+
 constexpr Tails kNoTails = {kMissing, kMissing};
 
 bool inDomain(double degreesOfFreedom, double lambda) {
-    return degreesOfFreedom > 0.0 && lambda >= 0.0 && std::isfinite(degreesOfFreedom) && std::isfinite(lambda);
+    return degreesOfFreedom >= kLeastParameter && degreesOfFreedom <= kLargestParameter && lambda >= 0.0 &&
+           lambda <= kLargestParameter;
 }
 
-Tails fromOne(double tail, bool upper) {
+Tails fromOne(double sum, bool upper) {
+    const double tail = std::clamp(sum, 0.0, 1.0);
     return upper ? Tails{1.0 - tail, tail} : Tails{tail, 1.0 - tail};
 }
 
@@ -36,7 +42,8 @@ Tails mixtureTails(const Mixture& mixture, const Saddle& saddle) {
     const double mean = saddle.tiltedMean();
     const double tail = upper ? mixtureUpper(mixture, mean) : mixtureLower(mixture, mean);
     if (tail < kComplementLimit) return fromOne(tail, upper);
-    return upper ? Tails{mixtureWholeLower(mixture), tail} : Tails{tail, mixtureWholeUpper(mixture)};
+    const double other = std::clamp(upper ? mixtureWholeLower(mixture) : mixtureWholeUpper(mixture), 0.0, 1.0);
+    return upper ? Tails{other, std::min(tail, 1.0)} : Tails{std::min(tail, 1.0), other};
 }
 
 // a b - c d with one rounding of each product made good.
@@ -59,7 +66,8 @@ Tails noncentralBetaTails(double x, double y, double nu1, double nu2, double lam
 }
 
 Tails noncentralChiSquare(double x, double nu, double lambda) {
-    if (!inDomain(nu, lambda) || std::isnan(x)) return kNoTails;
+    if (!inDomain(nu, lambda)) return kNoTails;
+    if (std::isnan(x)) return {x, x};
     if (x <= 0.0) return {0.0, 1.0};
     if (std::isinf(x)) return {1.0, 0.0};
     const Saddle saddle = saddleOfChiSquare(x, nu, lambda);
@@ -68,7 +76,8 @@ Tails noncentralChiSquare(double x, double nu, double lambda) {
 }
 
 Tails noncentralBeta(double x, double alpha, double beta, double lambda) {
-    if (!inDomain(2.0 * alpha, lambda) || !inDomain(2.0 * beta, lambda) || std::isnan(x)) return kNoTails;
+    if (!inDomain(2.0 * alpha, lambda) || !inDomain(2.0 * beta, lambda)) return kNoTails;
+    if (std::isnan(x)) return {x, x};
     if (x <= 0.0) return {0.0, 1.0};
     if (x >= 1.0) return {1.0, 0.0};
     const double nu1 = 2.0 * alpha;
@@ -80,7 +89,8 @@ Tails noncentralBeta(double x, double alpha, double beta, double lambda) {
 }
 
 Tails noncentralFisher(double x, double nu1, double nu2, double lambda) {
-    if (!inDomain(nu1, lambda) || !inDomain(nu2, lambda) || std::isnan(x)) return kNoTails;
+    if (!inDomain(nu1, lambda) || !inDomain(nu2, lambda)) return kNoTails;
+    if (std::isnan(x)) return {x, x};
     if (x <= 0.0) return {0.0, 1.0};
     if (std::isinf(x)) return {1.0, 0.0};
     // x nu1 / (x nu1 + nu2) and its complement, neither by subtraction.

@@ -19,8 +19,9 @@ namespace {
 
 constexpr double kContourMean = 150.0;    // tilted Poisson mean from which the contour integral is faster
 constexpr double kComplementLimit = 0.9;  // a larger tail leaves too little of its complement
-constexpr double kLargestPoint = 1e150;   // |t| beyond is moved here: its square must be finite
-constexpr double kLargestParameter = 1e150;
+constexpr double kLargestPoint = 1e100;   // |t| beyond is moved here: its square must be finite
+constexpr double kLargestParameter = 1e50;
+constexpr double kLeastParameter = 1e-12;  // of nu
 
 // Trapezoidal rule over ln s: in units of the width of the integrand, and the limit set by its strip.
 constexpr double kStepOfWidth = 0.4;
@@ -28,7 +29,7 @@ constexpr double kLargestStep = 0.1;
 constexpr double kNegligible = 1e-17;
 
 bool inDomain(double nu, double delta) {
-    return nu > 0.0 && nu <= kLargestParameter && std::abs(delta) <= kLargestParameter;
+    return nu >= kLeastParameter && nu <= kLargestParameter && std::abs(delta) <= kLargestParameter;
 }
 
 double stepFor(double curvature) {
@@ -51,10 +52,12 @@ double oppositeTail(double t, double nu, double distance) {
     return std::min(tail, 1.0);
 }
 
-Tails fromUpper(double upper) {
+Tails fromUpper(double sum) {
+    const double upper = std::clamp(sum, 0.0, 1.0);
     return {1.0 - upper, upper};
 }
-Tails fromLower(double lower) {
+Tails fromLower(double sum) {
+    const double lower = std::clamp(sum, 0.0, 1.0);
     return {lower, 1.0 - lower};
 }
 
@@ -104,16 +107,17 @@ Tails sameSideTails(double t, double nu, double delta) {
         {half, 0.0, 0.5, 0.5 * nu, x, y}, {half, 0.5, 1.0, 0.5 * nu, x, y}, belowZero};
     if (saddle.upperSide()) {
         const double upper = mixture.upper(mean);
-        return upper < kComplementLimit ? fromUpper(upper) : Tails{mixture.wholeLower(), upper};
+        return upper < kComplementLimit ? fromUpper(upper) : fromLower(mixture.wholeLower());
     }
     const double lower = mixture.lower(mean);
-    return lower < kComplementLimit ? fromLower(lower) : Tails{lower, mixture.wholeUpper()};
+    return lower < kComplementLimit ? fromLower(lower) : fromUpper(mixture.wholeUpper());
 }
 
 }  // namespace
 
 Tails noncentralStudent(double t, double nu, double delta) {
-    if (!inDomain(nu, delta) || std::isnan(t)) return {kMissing, kMissing};
+    if (!inDomain(nu, delta)) return {kMissing, kMissing};
+    if (std::isnan(t)) return {t, t};
     if (t < 0.0) {
         const Tails mirrored = noncentralStudent(-t, nu, -delta);
         return {mirrored.upper, mirrored.lower};
@@ -125,7 +129,8 @@ Tails noncentralStudent(double t, double nu, double delta) {
 }
 
 double noncentralStudentDensity(double t, double nu, double delta) {
-    if (!inDomain(nu, delta) || std::isnan(t)) return kMissing;
+    if (!inDomain(nu, delta)) return kMissing;
+    if (std::isnan(t)) return t;
     if (std::abs(t) > kLargestPoint) return 0.0;
     // The density of t given s is s phi(t s - delta); the mode solves a quadratic.
     const double radius = std::hypot(t, std::sqrt(nu));

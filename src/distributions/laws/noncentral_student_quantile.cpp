@@ -12,7 +12,7 @@
 namespace numcore::distributions {
 namespace {
 
-constexpr double kLargestQuantile = 1e150;
+constexpr double kLargestQuantile = 1e100;
 // A Newton step of this relative size leaves an error of its square.
 constexpr double kTolerance = 1e-10;
 constexpr int kMaxSteps = 200;

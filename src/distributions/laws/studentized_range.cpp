@@ -16,16 +16,20 @@ namespace numcore::distributions {
 namespace {
 
 // Steps of the rule over ln s that leave an error of 1e-11, measured: in units of the width of the integrand,
-// and the limit that its strip of analyticity sets.
+// and the limit that its strip of analyticity sets, narrower with many means and ranges.
 constexpr double kStepOfWidth = 0.75;
 constexpr double kStepOfWidthSomeDf = 0.65;
 constexpr double kStepOfWidthFewDf = 0.5;
 constexpr double kManyDf = 80.0;
 constexpr double kFewDf = 28.0;
 constexpr double kLargestStep = 0.14;
+constexpr double kManyDifferences = 4.7;  // as ln means + 1.2 ln ranges
 constexpr double kNegligible = 1e-12;
 constexpr double kComplementLimit = 0.9;
-constexpr double kLargestCount = 1e9;  // of ranges and means
+constexpr double kLargestCount = 1e6;  // of ranges and means
+constexpr double kLeastDf = 1e-6;
+constexpr double kLeastPoint = 1e-150;  // points outside are moved to 0 and to the largest one
+constexpr double kLargestPoint = 1e150;
 // From here s is 1 to within the accuracy of the rest.
 constexpr double kNormalDf = 1e14;
 
@@ -75,12 +79,19 @@ struct Law {
     RangeTails given(double w) const { return ofSeveral(range.at(w, withDensity), ranges); }
 };
 
+double largestStep(const Law& law) {
+    const double differences = std::log(law.k) + 1.2 * std::log(law.ranges);
+    if (differences <= kManyDifferences) return kLargestStep;
+    return kLargestStep * std::pow(kManyDifferences / differences, 2.8);
+}
+
 Average averageTail(double q, const Law& law, bool upper) {
     const double df = law.df;
     const double middle = law.range.middle();
     const Peak peak = upper ? upperPeak(q, df, middle) : lowerPeak(q, df, law.ranges * (law.k - 1.0), middle);
-    const double ofWidth = df < kFewDf ? kStepOfWidthFewDf : (df < kManyDf ? kStepOfWidthSomeDf : kStepOfWidth);
-    const double step = std::min(ofWidth / std::sqrt(peak.curvature), kLargestStep);
+    const double ofDf = df < kFewDf ? kStepOfWidthFewDf : (df < kManyDf ? kStepOfWidthSomeDf : kStepOfWidth);
+    const double ofWidth = law.ranges > 1.0 ? 0.9 * ofDf : ofDf;
+    const double step = std::min(ofWidth / std::sqrt(peak.curvature), largestStep(law));
     Average average;
     average.tail = averageOverChiScale({df, peak.mode, step, kNegligible}, upper ? 1.0 : 0.0,
                                        [&](double s, double, double weight) {
@@ -103,16 +114,17 @@ StudentizedRange averaged(double q, const Law& law) {
 }
 
 bool inDomain(double ranges, double k, double df) {
-    return ranges >= 1.0 && ranges <= kLargestCount && k >= 2.0 && k <= kLargestCount && df > 0.0;
+    return ranges >= 1.0 && ranges <= kLargestCount && k >= 2.0 && k <= kLargestCount && df >= kLeastDf;
 }
 
 }  // namespace
 
 StudentizedRange studentizedRange(double q, double ranges, double k, double df, bool withDensity) {
-    if (!inDomain(ranges, k, df) || std::isnan(q)) return {kMissing, kMissing, kMissing};
-    if (q <= 0.0) return {0.0, 1.0, 0.0};
+    if (!inDomain(ranges, k, df)) return {kMissing, kMissing, kMissing};
+    if (std::isnan(q)) return {q, q, q};
+    if (q < kLeastPoint) return {0.0, 1.0, 0.0};
     if (std::isinf(q)) return {1.0, 0.0, 0.0};
-    return averaged(q, {ranges, NormalRange(k), k, df, withDensity});
+    return averaged(std::min(q, kLargestPoint), {ranges, NormalRange(k), k, df, withDensity});
 }
 
 }  // namespace numcore::distributions

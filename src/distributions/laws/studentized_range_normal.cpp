@@ -329,7 +329,7 @@ RangeTails NormalRange::lowerPart(double w) const {
         const double term = powered * difference * cosh;
         sum += term;
         densitySum += powered * bell;
-        if (term < kNegligible * sum && u > half) break;
+        if (term <= kNegligible * sum && u > half) break;
         const double next = growth * cosh - older;
         older = cosh;
         cosh = next;
@@ -368,7 +368,7 @@ RangeTails NormalRange::upperPart(double w, bool withDensity) const {
         const double term = (rightTerm + leftTerm) * bell * share;
         sum += term;
         if (withDensity) densitySum += power(difference, k_ - 2.0) * bell * bell * share;
-        if (term < kNegligible * sum) break;
+        if (term <= kNegligible * sum) break;
     }
     const double upper = std::min(k_ * step * kInverseSqrt2Pi * edge * sum, 1.0);
     const double density =

@@ -1,5 +1,6 @@
 // Trapezoidal law: rising on [a, b], flat on [b, c], falling on [c, d].
 
+#include <algorithm>
 #include <cmath>
 
 #include "distributions/laws/law_domain.hpp"
@@ -37,16 +38,19 @@ double CDFTrapezoidal(double x, double a, double b, double c, double d) {
     const double h = height(a, b, c, d);
     if (x < b) return 0.5 * h * (x - a) * ((x - a) / (b - a));
     if (x <= c) return h * (0.5 * (b - a) + (x - b));
-    return 1.0 - 0.5 * h * (d - x) * ((d - x) / (d - c));
+    return std::max(1.0 - 0.5 * h * (d - x) * ((d - x) / (d - c)), 0.0);
 }
 
 double InvCDFTrapezoidal(double p, double a, double b, double c, double d) {
     if (!inOrder(a, b, c, d) || !isProbability(p)) return kMissing;
-    if (a == d) return a;
+    if (a == d) return markInfinite(a);
     const double h = height(a, b, c, d);
+    const double rise = b - a;
+    const double fall = d - c;
     const double area = p / h;
-    if (area < 0.5 * (b - a)) return a + basecore::sqr(2.0 * area * (b - a));
     const double areaAbove = (1.0 - p) / h;
-    if (areaAbove < 0.5 * (d - c)) return d - basecore::sqr(2.0 * areaAbove * (d - c));
-    return b + (area - 0.5 * (b - a));
+    // The widths stay outside of the roots, where they would overflow.
+    if (area < 0.5 * rise) return markInfinite(a + rise * basecore::sqr(2.0 * area / rise));
+    if (areaAbove < 0.5 * fall) return markInfinite(d - fall * basecore::sqr(2.0 * areaAbove / fall));
+    return markInfinite(b + (area - 0.5 * rise));
 }

@@ -35,10 +35,10 @@ double CDFTriangular(double x, double a, double m, double b) {
 
 double InvCDFTriangular(double p, double a, double m, double b) {
     if (!inOrder(a, m, b) || !isProbability(p)) return kMissing;
-    if (p == 0.0 || a == b) return a;
-    if (p == 1.0) return b;
+    if (p == 0.0 || a == b) return markInfinite(a);
+    if (p == 1.0) return markInfinite(b);
     const double width = b - a;
     const double belowMode = (m - a) / width;
-    if (p <= belowMode) return a + width * basecore::sqr(p * belowMode);
-    return b - width * basecore::sqr((1.0 - p) * ((b - m) / width));
+    if (p <= belowMode) return markInfinite(a + width * basecore::sqr(p * belowMode));
+    return markInfinite(b - width * basecore::sqr((1.0 - p) * ((b - m) / width)));
 }

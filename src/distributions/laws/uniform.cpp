@@ -20,5 +20,5 @@ double CDFUniform(double x, double a, double b) {
 
 double InvCDFUniform(double p, double a, double b) {
     if (!(a < b) || !isProbability(p)) return kMissing;
-    return a + p * (b - a);
+    return markInfinite(a + p * (b - a));
 }

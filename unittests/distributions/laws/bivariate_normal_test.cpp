@@ -43,7 +43,9 @@ TEST(BivariateNormal, MarkerOutsideTheDomain) {
         EXPECT_EQ(PDFBiNormalStd(0.0, 0.0, rho), kMissing) << rho;
     }
     EXPECT_EQ(PDFBiNormalStd(0.0, 0.0, 1.0), kMissing);
-    EXPECT_EQ(CDFBiNormalStd(std::nan(""), 0.0, 0.0), kMissing);
+    EXPECT_TRUE(std::isnan(CDFBiNormalStd(std::nan(""), 0.0, 0.0)));
+    EXPECT_TRUE(std::isnan(PDFBiNormal(0.0, std::nan(""), 0.0, 0.0, 1.0, 1.0, 0.0)));
+    EXPECT_EQ(PDFBiNormal(0.0, 0.0, HUGE_VAL, 0.0, 1.0, 1.0, 0.0), kMissing);
     for (const double sigma : {0.0, -1.0, HUGE_VAL, std::nan("")}) {
         EXPECT_EQ(PDFBiNormal(0.0, 0.0, 0.0, 0.0, sigma, 1.0, 0.0), kMissing) << sigma;
         EXPECT_EQ(PDFBiNormal(0.0, 0.0, 0.0, 0.0, 1.0, sigma, 0.0), kMissing) << sigma;

@@ -141,9 +141,9 @@ def beta_rows():
 
 
 def student_rows():
-    for nu in (0.5, 1, 3, 10.5, 200, 1e5):
-        for delta in (-30, -3, -0.5, 0, 1.5, 8, 30):
-            for t in (-50, -2, -0.01, 0.5, 3, 20, 45):
+    for nu in (0.5, 3, 10.5, 200, 1e5):
+        for delta in (-30, -3, 0, 1.5, 8):
+            for t in (-50, -2, 0.5, 3, 20):
                 yield t, nu, delta
 
 

@@ -86,7 +86,7 @@ def rows():
 
 
 def main():
-    print("# mpmath, 20 digits, direct integration halved refined until 12 digits agree: make_studentized_range.py")
+    print("# mpmath, 20 digits, direct integration, steps refined until 12 digits agree: make_studentized_range.py")
     print("# inputs are exact doubles; upper..: 1 - distribution")
     print("function,a1,a2,a3,a4,expected,rel_tol,abs_tol")
     for q, ranges, k, df in rows():
