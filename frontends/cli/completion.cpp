@@ -2,6 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
 #include "cli/errors.hpp"
 
 namespace numcore::cli {
@@ -22,6 +26,13 @@ constexpr OptionValues kValues[] = {
     {"method",
      "all linear weibull inverted_cdf averaged_inverted_cdf closest_observation interpolated_inverted_cdf"},
 };
+
+/// Options that take a file.
+constexpr std::string_view kFileOptions[] = {"output", "plot", "file"};
+
+bool takesFile(const std::string& option) {
+    return std::ranges::find(kFileOptions, option) != std::end(kFileOptions);
+}
 
 constexpr const char* kShells = "bash zsh fish";
 
@@ -81,6 +92,12 @@ _numcore() {{
             fmt::format("        --{}) mapfile -t COMPREPLY < <(compgen -W '{}' -- \"$current\"); return ;;\n",
                         entry.option, entry.values);
     }
+    for (const std::string_view option : kFileOptions) {
+        out += fmt::format(
+            "        --{}) compopt -o filenames; mapfile -t COMPREPLY < <(compgen -f -- \"$current\"); return "
+            ";;\n",
+            option);
+    }
     out += "    esac\n    if [[ $current == -* ]]; then\n        case ${COMP_WORDS[1]} in\n";
     for (const CompletionCommand& command : commands) {
         std::string options;
@@ -131,7 +148,7 @@ std::string writeZsh(const std::vector<CompletionCommand>& commands) {
         for (const CompletionOption& option : command.options) {
             std::string argument = fmt::format("--{}[{}]", option.name, plain(option.help));
             const std::string values = valuesOf(option.name);
-            if (option.name == "output" || option.name == "plot" || option.name == "file") {
+            if (takesFile(option.name)) {
                 argument += ":file:_files";
             } else if (!values.empty()) {
                 argument += fmt::format(":{}:({})", option.name, values);
@@ -154,7 +171,10 @@ std::string writeFish(const std::vector<CompletionCommand>& commands) {
         for (const CompletionOption& option : command.options) {
             const std::string values = valuesOf(option.name);
             out += fmt::format("complete -c numcore -n '__fish_seen_subcommand_from {}' -l {} -d {}{}{}\n",
-                               command.name, option.name, quoted(option.help), option.takesValue ? " -r" : "",
+                               command.name, option.name, quoted(option.help),
+                               takesFile(option.name) ? " -r -F"
+                               : option.takesValue    ? " -r"
+                                                      : "",
                                values.empty() ? "" : " -f -a " + quoted(values));
         }
     }

@@ -55,7 +55,9 @@ void addCommands(CLI::App& app, Options& options, RawOptions& raw) {
     describe->callback([&options] { options.command = Command::kDescribe; });
 
     CLI::App* quantile = app.add_subcommand("quantile", "Quantiles of numeric columns, or of a law");
-    quantile->add_option("FILE", raw.fileOrLaw, "CSV or TSV file (- reads standard input), or a law")
+    quantile
+        ->add_option("FILE", raw.fileOrLaw,
+                     "CSV or TSV file (- reads standard input); or a law, when no file has this name")
         ->required();
     addLawQuantiles(*quantile, options);
     addInput(*quantile, options, raw);
@@ -63,6 +65,7 @@ void addCommands(CLI::App& app, Options& options, RawOptions& raw) {
     quantile
         ->add_option("-p,--p", raw.orders, "Orders, separated by commas: 0.1,0.5 or 10%,50% (0.25,0.5,0.75)")
         ->expected(1)
+        ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->group("Quantiles");
     quantile
@@ -70,6 +73,7 @@ void addCommands(CLI::App& app, Options& options, RawOptions& raw) {
                      "Methods, separated by commas: 0 to 5, all, or a name: linear (5, the default),\n"
                      "weibull (3), r1 to r7, sas1 to sas5, excel.inc, excel.exc, spss, stata, ...")
         ->expected(1)
+        ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->group("Quantiles");
     quantile
@@ -206,8 +210,9 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, i
     std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
     if (!reversed.empty()) reversed.pop_back();
     for (std::string& word : reversed) {
-        // CLI11 takes -1 for a number, but -.5 for an option.
+        // CLI11 takes -1 for a number, but -.5 and -inf for options.
         if (word.size() > 2 && word.starts_with("-.") && word[2] >= '0' && word[2] <= '9') word.insert(1, "0");
+        if (lowerCase(word.substr(0, 4)) == "-inf") word.insert(0, "+");
     }
     checkCommand(app, arguments);
     try {
@@ -244,6 +249,7 @@ std::string completionScript(const std::string& shell) {
         const bool takesLaw = command->get_option_no_throw("LAW") != nullptr;
         entry.takesFile = command->get_option_no_throw("FILE") != nullptr;
         if (takesLaw || command->get_option_no_throw("P") != nullptr) entry.words = words;
+        if (command->get_name() == "law") entry.words.insert(entry.words.begin(), "list");
         for (const CLI::Option* option : command->get_options()) {
             for (const std::string& name : option->get_lnames()) {
                 std::string help = option->get_description();

@@ -16,11 +16,40 @@ namespace {
 
 constexpr const char* kLawGroup = "Law";
 
-constexpr const char* kFooter =
+constexpr const char* kWords =
     R"(X is a value, a list 1,2.5,4, a range from:to:step, or a column (--file, --column).
 Parameters stand in the law's order or by name (mu=10 sigma=2); numcore law NAME shows them.
 Infinite values are inf in text, csv and tsv, "Infinity" in JSON; a value that does not exist is
-a point, an empty cell, null.)";
+a point, an empty cell, null.
+
+Examples:
+)";
+
+constexpr const char* kCdfExamples = R"(  numcore cdf normal 13 10 2
+  numcore cdf chisq 3.84 1 --upper
+  numcore cdf gamma 0:10:0.5 shape=2 rate=0.5 --format csv
+  numcore cdf t df=10 --file tests.csv --column statistic --both)";
+
+constexpr const char* kPdfExamples = R"(  numcore pdf normal -3:3:0.5
+  numcore pdf binomial 0:10 n=10 p=0.3 --plot binomial.svg)";
+
+constexpr const char* kQuantileFooter =
+    R"(A FILE that is there goes before a law of the same name: write the law in capitals or by its code,
+or give the probabilities by --file.
+P is a probability (0.975 or 97.5%), a list, a range from:to:step, or a column (--file, --column).
+A law's parameters stand in its order or by name (mu=10 sigma=2); numcore law NAME shows them.
+
+Examples:
+  numcore quantile airquality.csv --p 0.1,0.5,0.9 --by Month
+  numcore quantile student 0.975 10
+  numcore quantile normal 2.5%,97.5% 100 15
+  numcore quantile f 0.05 3 20 --upper)";
+
+constexpr const char* kLawFooter = R"(Examples:
+  numcore law list
+  numcore law list --format csv --output laws.csv
+  numcore law gamma
+  numcore law gamma 2 3 --plot gamma.svg)";
 
 void addPlot(CLI::App& command, Options& options) {
     command
@@ -39,19 +68,20 @@ void addTails(CLI::App& command, Options& options, const char* upper, const char
     command.add_flag("--both", options.law.both, both)->group(kLawGroup);
 }
 
-CLI::App* addFunction(CLI::App& app, const char* name, const char* help, Command code, Options& options,
-                      RawOptions& raw) {
+CLI::App* addFunction(CLI::App& app, const char* name, const char* help, const char* examples, Command code,
+                      Options& options, RawOptions& raw) {
     CLI::App* command = app.add_subcommand(name, help);
     command->add_option("LAW", options.law.name, "A law's name or code: normal, t, chisq, 14, ...")->required();
     command->add_option("X", options.law.arguments, "Values, then the law's parameters");
     addColumn(*command, options);
     command->add_option("-c,--column", options.selection.columns, "Column of the file, by name or number")
         ->expected(1)
+        ->allow_extra_args(false)
         ->group(kLawGroup);
     addPlot(*command, options);
     addInput(*command, options, raw);
     addOutput(*command, options, raw);
-    command->footer(kFooter);
+    command->footer(std::string(kWords) + examples);
     command->callback([&options, code] { options.command = code; });
     return command;
 }
@@ -89,17 +119,18 @@ void takeOrders(const RawOptions& raw, Options& options) {
 }  // namespace
 
 void addLawCommands(CLI::App& app, Options& options, RawOptions& raw) {
-    CLI::App* cdf = addFunction(app, "cdf", "Distribution function of a law: P(X <= x)", Command::kDistribution,
-                                options, raw);
+    CLI::App* cdf = addFunction(app, "cdf", "Distribution function of a law: P(X <= x)", kCdfExamples,
+                                Command::kDistribution, options, raw);
     addTails(*cdf, options, "The upper tail P(X > x)", "Both tails");
-    addFunction(app, "pdf", "Density of a law, or probabilities of whole numbers", Command::kDensity, options,
-                raw);
+    addFunction(app, "pdf", "Density of a law, or probabilities of whole numbers", kPdfExamples,
+                Command::kDensity, options, raw);
 
     CLI::App* law = app.add_subcommand("law", "The laws with their codes and parameters, or one of them");
-    law->add_option("LAW", options.law.name, "A law's name or code; none: the list of all");
+    law->add_option("LAW", options.law.name, "A law's name or code; list: the table of all, as without a name");
     law->add_option("PARAMETERS", options.law.arguments, "Parameters: moments and quartiles with them");
     addPlot(*law, options);
     addOutput(*law, options, raw);
+    law->footer(kLawFooter);
     law->callback([&options] { options.command = Command::kLaw; });
 }
 
@@ -108,13 +139,15 @@ void addLawQuantiles(CLI::App& command, Options& options) {
     addColumn(command, options);
     addTails(command, options, "The x with P(X > x) = p", "The quantiles of both tails");
     addPlot(command, options);
-    command.footer(kFooter);
+    command.footer(kQuantileFooter);
 }
 
 void decideQuantile(const RawOptions& raw, Options& options) {
     const std::string& name = raw.fileOrLaw;
     const bool valuesFromFile = !options.file.empty();
     if (!valuesFromFile && (isFileHere(name) || (looksLikeAPath(name) && !findLaw(name)))) {
+        if (hasLawOptions(options) && !isFileHere(name))
+            throw UsageError(fmt::format("{} is no file here and no law", quotedForMessage(name)));
         if (hasLawOptions(options)) {
             const auto law = findLaw(name);
             const std::string other =

@@ -28,6 +28,7 @@ void addInput(CLI::App& command, Options& options, RawOptions& raw) {
         "Words for missing cells, separated by commas, besides the empty cell and\n" +
             wordList(std::begin(kMissingWords), std::end(kMissingWords)))
         ->expected(1)
+        ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     command
         .add_flag("--no-standard-missing", raw.noStandardMissing,
@@ -39,6 +40,7 @@ void addInput(CLI::App& command, Options& options, RawOptions& raw) {
         ->check(CLI::IsMember({"error", "fill"}));
     add("--text", options.selection.text, "Columns to take as text even if they hold numbers")
         ->expected(1)
+        ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
@@ -48,6 +50,7 @@ void addSelection(CLI::App& command, Options& options) {
                     "Columns by name, number or range: Ozone,2,4-6,Wind-Temp,9-\n"
                     "(a name with a comma in double quotes)")
         ->expected(1)
+        ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->group(kSelectionGroup);
     command.add_option("-w,--weights", options.selection.weights, "Column of frequency weights")

@@ -1,4 +1,5 @@
 #include "cli/options.hpp"
+#include "cli/laws/values.hpp"
 
 #include <gtest/gtest.h>
 
@@ -58,11 +59,19 @@ TEST(Options, TakesLawsWithValuesAndParameters) {
     EXPECT_EQ(cdf.law.plot, "n.svg");
     EXPECT_EQ(parse({"cdf", "norm", "-1:1:0.5", "-2"}).law.arguments,
               (std::vector<std::string>{"-1:1:0.5", "-2"}));
+    const std::vector<std::string> infinite = parse({"cdf", "norm", "-Inf,1", "-infinity"}).law.arguments;
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(parseValues(infinite[0], false), (std::vector<double>{-kInfinity, 1.0}));
+    EXPECT_EQ(parseNumber(infinite[1]), -kInfinity);
     const Options column = parse({"pdf", "norm", "--file", "f.csv", "--column", "x", "-s", "tab"});
     EXPECT_EQ(column.command, Command::kDensity);
     EXPECT_EQ(column.file, "f.csv");
     EXPECT_EQ(column.selection.columns, std::vector<std::string>{"x"});
     EXPECT_EQ(column.csv.separator, '\t');
+    EXPECT_EQ(parse({"pdf", "t", "--file", "f.csv", "--column", "x", "df=3"}).law.arguments,
+              std::vector<std::string>{"df=3"})
+        << "one column only";
+    EXPECT_EQ(parse({"describe", "--columns", "x", "f.csv"}).file, "f.csv");
     EXPECT_EQ(parse({"law"}).law.name, "");
     EXPECT_EQ(parse({"law", "gamma", "2"}).law.arguments, std::vector<std::string>{"2"});
 }
@@ -100,6 +109,7 @@ TEST(Options, RefusesWhatMakesNoSense) {
         {"quantile", "f.csv", "--confidence", "95"},
         {"quantile", "neither"},
         {"quantile", "f.csv", "0.5"},
+        {"quantile", NUMCORE_DATA_DIR "/iris.csv", "0.5"},
         {"quantile", "f.csv", "--upper"},
         {"quantile", "normal", "0.5", "--method", "all"},
         {"cdf"},
@@ -117,6 +127,10 @@ TEST(Completion, OffersTheOptionsThatExist) {
             EXPECT_NE(script.find(word), std::string::npos) << shell << " " << word;
         }
     }
+    const std::string bash = completionScript("bash");
+    EXPECT_NE(bash.find("== law ]]; then\n        mapfile -t COMPREPLY < <(compgen -W 'list "),
+              std::string::npos);
+    EXPECT_NE(bash.find("--plot) compopt -o filenames"), std::string::npos);
     EXPECT_THROW(completionScript("csh"), UsageError);
 }
 

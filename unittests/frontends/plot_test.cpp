@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/errors.hpp"
 #include "cli/laws/choose.hpp"
 #include "cli/laws/law_plot.hpp"
 #include "cli/laws/plot_range.hpp"
@@ -65,6 +66,8 @@ TEST(Ticks, AreRoundAndWithinTheAxis) {
     EXPECT_EQ(labels(-0.8, 1.8, 8, true), (Labels{"0", "1"}));
     EXPECT_EQ(labels(0.0, 3e7, 3), (Labels{"0", "1e+07", "2e+07", "3e+07"}));
     EXPECT_EQ(labels(1e-9, 3e-9, 2), (Labels{"1e-09", "2e-09", "3e-09"}));
+    EXPECT_EQ(labels(999998.5, 1000001.5, 3), (Labels{"999999", "1000000", "1000001"})) << "all different";
+    EXPECT_EQ(labels(1e12 - 3.0, 1e12 + 3.0, 3), (Labels{"999999999998", "1000000000000", "1000000000002"}));
     for (const auto& [low, high] : {std::pair(1.0, 1.0), std::pair(2.0, 1.0), std::pair(0.0, 1.0 / 0.0),
                                     std::pair(1e16, 1e16 + 4.0), std::pair(-1.7e308, 1.7e308)}) {
         EXPECT_LE(labels(low, high, 5).size(), 12U) << low << " " << high;
@@ -117,6 +120,44 @@ TEST(LawPlot, MarksWhatWasAsked) {
     EXPECT_EQ(notes, std::vector<std::string>{"1 point outside the plot"});
 }
 
+/// The highest label of the upper panel's axis.
+double topOfDensity(const std::string& law, const std::vector<std::string>& parameters) {
+    const std::string picture = draw(law, parameters, {});
+    const std::string anchor = "text-anchor=\"end\">";
+    // The lower panel's labels run from 0 again.
+    double top = 0.0;
+    std::size_t nZeros = 0;
+    for (std::size_t at = picture.find(anchor); at != std::string::npos; at = picture.find(anchor, at + 1)) {
+        const double value = std::stod(picture.substr(at + anchor.size()));
+        if (value == 0.0 && ++nZeros == 2) break;
+        top = std::max(top, value);
+    }
+    return top;
+}
+
+TEST(LawPlot, CutsPolesNotPeaks) {
+    // Infinite ends: the height is that of what lies between them.
+    EXPECT_LT(topOfDensity("chisq", {"1"}), 3.0);
+    EXPECT_LT(topOfDensity("beta", {"0.5", "0.5"}), 5.0);
+    EXPECT_LT(topOfDensity("gamma", {"0.1"}), 20.0);
+    // Finite ones are shown whole.
+    EXPECT_EQ(topOfDensity("beta", {"1", "3"}), 3.0);
+    EXPECT_EQ(topOfDensity("chisq", {"2"}), 0.5);
+    EXPECT_EQ(topOfDensity("binomial", {"5", "1"}), 1.0);
+    EXPECT_NEAR(topOfDensity("normal", {}), 0.4, 1e-9);
+    // Many bars are one shape: none of them is left out.
+    EXPECT_GT(countOf(draw("poisson", {"1e6"}, {}), "class=\"bar-dense\""), 300U);
+    EXPECT_LT(draw("poisson", {"1e12"}, {}).size(), 300'000U);
+    EXPECT_THROW(draw("poisson", {"1e17"}, {}), DataError) << "no whole numbers to step on";
+}
+
+TEST(LawPlot, LeavesRoomForLongLabels) {
+    const std::string picture = draw("normal", {"1e12", "1e-3"}, {});
+    const std::string label = "text-anchor=\"middle\">99999999999";
+    EXPECT_GE(countOf(picture, label), 1U);
+    EXPECT_LE(countOf(picture, label), 2U) << "they would run into one another";
+}
+
 TEST(LawPlot, ChoosesARangeThatShowsTheLaw) {
     const auto range = [](const char* law, const std::vector<std::string>& parameters,
                           std::vector<double> points) {
@@ -127,6 +168,8 @@ TEST(LawPlot, ChoosesARangeThatShowsTheLaw) {
     EXPECT_NEAR(normal.upper, 3.55, 0.1);
     EXPECT_GT(range("normal", {}, {8.0}).upper, 8.0);
     EXPECT_LT(range("student", {"1"}, {}).upper, 20.0) << "a heavy tail is cut";
+    const Interval far = range("normal", {"1e12", "1"}, {});
+    EXPECT_NEAR(far.upper - far.lower, 7.1, 0.2) << "a narrow law far from 0";
     const Interval exponential = range("exp", {"1"}, {});
     EXPECT_LT(exponential.lower, 0.0);
     EXPECT_GT(exponential.lower, -0.5) << "some room before the start of the support";

@@ -105,7 +105,8 @@ TEST_F(Program, ComputesLaws) {
     EXPECT_EQ(run("quantile chisq 0.95 1 --digits 4").exitCode, 0);
     EXPECT_EQ(run("pdf binom 0:3 n=3 p=0.5 -f tsv -q").output,
               "x\tprobability\n0\t0.125\n1\t0.375\n2\t0.375\n3\t0.125\n");
-    EXPECT_EQ(run("law").exitCode, 0);
+    EXPECT_EQ(run("cdf norm -inf,0 -f csv").output, "x,lower\n-inf,0\n0,0.5\n");
+    EXPECT_EQ(run("law list").output, run("law").output);
     EXPECT_EQ(run("law nothing").exitCode, 1);
     EXPECT_EQ(run("cdf normal 1 0 -1").exitCode, 1);
     EXPECT_EQ(run("cdf normal --file /no/such.csv").exitCode, 2);

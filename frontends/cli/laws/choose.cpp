@@ -30,20 +30,22 @@ std::string needs(const Law& law) {
     return text.empty() ? text : "; its parameters:" + text;
 }
 
+bool isOneOf(const std::string& name, const char* names) {
+    return fmt::format(" {} ", names).find(fmt::format(" {} ", name)) != std::string::npos;
+}
+
+std::size_t findParameter(const Law& law, auto&& matches) {
+    const auto found = std::ranges::find_if(law.parameters, matches);
+    return found == law.parameters.end() ? kNowhere : static_cast<std::size_t>(found - law.parameters.begin());
+}
+
 /// The place of a parameter by its symbol or another name; letters' case counts only where it must (N, n).
 std::size_t placeOf(std::string_view name, const Law& law) {
-    const auto find = [&](auto&& matches) {
-        const auto found = std::ranges::find_if(law.parameters, matches);
-        return found == law.parameters.end() ? kNowhere
-                                             : static_cast<std::size_t>(found - law.parameters.begin());
-    };
+    const auto find = [&](auto&& matches) { return findParameter(law, matches); };
     const std::size_t exact = find([&](const Parameter& p) { return p.symbol == name; });
     if (exact != kNowhere) return exact;
     const std::string lower = lowerCase(name);
-    const std::size_t other = find([&](const Parameter& p) {
-        const std::string names = fmt::format(" {} ", p.otherNames);
-        return names.find(fmt::format(" {} ", lower)) != std::string::npos;
-    });
+    const std::size_t other = find([&](const Parameter& p) { return isOneOf(lower, p.otherNames); });
     if (other != kNowhere) return other;
     return find([&](const Parameter& p) { return lowerCase(p.symbol) == lower; });
 }
@@ -86,11 +88,19 @@ Given readParameters(const Law& law, const std::vector<std::string>& words) {
             continue;
         }
         const std::string name = word.substr(0, equals);
-        const std::size_t place = placeOf(name, law);
-        if (place == kNowhere)
+        const double value = parameterValue(word.substr(equals + 1), word);
+        if (const std::size_t place = placeOf(name, law); place != kNowhere) {
+            given.set(place, value, law);
+            continue;
+        }
+        const std::string lower = lowerCase(name);
+        const std::size_t inverse =
+            findParameter(law, [&](const Parameter& p) { return isOneOf(lower, p.inverseNames); });
+        if (inverse == kNowhere)
             throw UsageError(
                 fmt::format("the {} law has no parameter {}{}", law.name, quotedForMessage(name), needs(law)));
-        given.set(place, parameterValue(word.substr(equals + 1), word), law);
+        if (!(value > 0.0)) throw UsageError(fmt::format("{} is not possible: {} is above 0", word, name));
+        given.set(inverse, 1.0 / value, law);
     }
     return given;
 }
@@ -128,7 +138,8 @@ void checkValues(const ChosenLaw& chosen) {
         if (inDomain(chosen.parameters[i], parameter.domain)) continue;
         throw UsageError(fmt::format("{} = {} is not possible: the {} law needs {} (its {}) {}",
                                      parameter.symbol, chosen.parameters[i], law.name, parameter.symbol,
-                                     parameter.meaning, describeDomain(parameter.domain)));
+                                     parameter.meaning, describeDomain(parameter.domain)) +
+                         (isTooLarge(chosen.parameters[i], parameter.domain) ? ", within 2147483647" : ""));
     }
     if (law.ordered != nullptr && !law.ordered(chosen.parameters)) {
         throw UsageError(fmt::format("the {} law needs {}; here {} (parameters in this order: {})", law.name,

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/laws/function_names.hpp"
 #include "cli/laws/law.hpp"
 
 namespace numcore::cli {
@@ -15,6 +16,7 @@ struct NamedLaw {
     const Law* law = nullptr;
     std::optional<int> code;       // when the name is that of one form: "gamma 2", 11
     const Alias* alias = nullptr;  // the name that was used, when it has a note
+    std::optional<Asked> asked{};  // when the name is that of a function: pnorm
 };
 
 /// A law with the values of its parameters, in the form (code) that the parameters ask for.
@@ -30,7 +32,8 @@ struct ChosenLaw {
     std::string parameterText() const;
 };
 
-/// Nothing when no law is called so. Case, blanks, dashes, underscores and points do not matter.
+/// Nothing when no law or function of a law is called so. Case, blanks, dashes, underscores and points do not
+/// matter.
 std::optional<NamedLaw> findLaw(std::string_view name);
 
 /// The same; throws UsageError that suggests the nearest names.

@@ -97,7 +97,7 @@ std::vector<Law> survivalLaws() {
          .aliases = {{"exp"},
                      {"expon", "scipy's expon takes loc and scale: here lambda = 1/scale"},
                      {"negexp"}},
-         .parameters = {{"", "rate, 1/scale", Domain::kPositive, 1.0, true, "rate"}},
+         .parameters = {{"", "rate, 1/scale", Domain::kPositive, 1.0, true, "rate", "scale"}},
          .support = halfLine,
          .functions = "PDFExponential CDFExponential InvCDFExponential",
          .upperTail = [](double x, const Values& p) { return exponentialTail(p[0] * x); },

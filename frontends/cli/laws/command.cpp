@@ -8,9 +8,11 @@
 #include "cli/errors.hpp"
 #include "cli/laws/evaluate.hpp"
 #include "cli/laws/law_plot.hpp"
+#include "cli/laws/names.hpp"
 #include "cli/laws/values.hpp"
 #include "cli/output/sink.hpp"
 #include "cli/read.hpp"
+#include "cli/words.hpp"
 #include "numcore/api.h"
 
 namespace numcore::cli {
@@ -38,14 +40,30 @@ const char* commandName(Command command) {
     }
 }
 
+/// Where a column that should hold numbers has its first text.
+std::string textsMessage(const TextColumn& column, const std::string& file, char decimalMark) {
+    const auto isText = [decimalMark](std::string_view cell) {
+        std::string number(cell);
+        std::ranges::replace(number, decimalMark, '.');
+        return !cell.empty() && !parseNumber(number);
+    };
+    const auto first = std::ranges::find_if(column.cells, isText);
+    if (first == column.cells.end())
+        return fmt::format("{}: column {} has no numbers", file, quotedForMessage(column.name));
+    return fmt::format(
+        "{}: column {} holds texts: row {} is {}, no number; correct it, or name it with --missing if it "
+        "stands "
+        "for no value",
+        file, quotedForMessage(column.name), first - column.cells.begin() + 1, quotedForMessage(*first));
+}
+
 Points readColumn(const Options& options, Report& report) {
     const ReadSample read = readSample(options, report);
     const Sample& sample = read.sample;
     const std::size_t nColumns = sample.numbers.size() + sample.texts.size();
     if (nColumns != 1) throw UsageError(fmt::format("--column takes one column; here are {}", nColumns));
     if (sample.numbers.empty()) {
-        throw DataError(fmt::format("{}: column {} holds texts, not numbers", printable(report.file),
-                                    quotedForMessage(sample.texts[0].name)));
+        throw DataError(textsMessage(sample.texts[0], printable(report.file), read.file.dialect().decimalMark));
     }
     const auto cells = sample.numbers[0].cells.asDoubles();
     return {{cells.begin(), cells.end()}, sample.numbers[0].name};
@@ -71,11 +89,9 @@ Points takePoints(const Options& options, const NamedLaw& named, std::vector<std
 }
 
 void checkOffered(const Law& law, Command command) {
-    const bool offered =
-        command == Command::kDensity ? hasDensity(law) : command != Command::kLawQuantile || hasQuantile(law);
-    if (offered) return;
-    throw UsageError(fmt::format("the {} law has no {} in the library; it has {}", law.name,
-                                 command == Command::kDensity ? "density" : "quantile", law.functions));
+    if (command != Command::kDensity || hasDensity(law)) return;
+    throw UsageError(
+        fmt::format("the {} law has no density in the library; it has {}", law.name, law.functions));
 }
 
 std::vector<Tail> tailsOf(const LawRequest& request) {
@@ -134,6 +150,10 @@ void addRows(const ChosenLaw& chosen, const Points& points, const Options& optio
             }
         }
         table.rows.push_back(std::move(row));
+        if (remarks.firstWithout.empty() && (remarks.notProbability || remarks.noResult)) {
+            remarks.firstWithout =
+                points.fromFile() ? fmt::format("row {}, {}", i + 1, point) : fmt::format("{}", point);
+        }
     }
 }
 
@@ -142,6 +162,28 @@ void drawPlot(const ChosenLaw& chosen, const Options& options, const Points& poi
     LawMarks marks{points.values, options.command == Command::kLawQuantile, options.law.upper};
     std::erase(marks.points, NUMCORE_MISSING);
     writeFile(options.law.plot, drawLaw(chosen, marks, report.notes));
+}
+
+/// The name of a function asks for one thing only.
+void checkAsked(const NamedLaw& named, const Options& options) {
+    if (!named.asked) return;
+    const Asked& asked = *named.asked;
+    const std::string& name = options.law.name;
+    const char* command = asked.distribution ? "cdf" : asked.quantile ? "quantile" : "pdf";
+    const bool other = (options.command == Command::kDensity && !asked.density) ||
+                       (options.command == Command::kDistribution && !asked.distribution) ||
+                       (options.command == Command::kLawQuantile && !asked.quantile);
+    if (other) {
+        throw UsageError(fmt::format("{} is for numcore {}; here write the law: numcore {} {}", name, command,
+                                     commandName(options.command), commandWord(named.law->name)));
+    }
+    const bool lowerTail = !options.law.upper && !options.law.both;
+    if (asked.upper && lowerTail)
+        throw UsageError(fmt::format("{} is the upper tail: add --upper, or --both for each tail", name));
+    if (asked.bothTails && lowerTail) {
+        throw UsageError(fmt::format("{} joins both tails: add --upper and {}", name,
+                                     asked.quantile ? "give half the probability" : "double the result"));
+    }
 }
 
 Report explain(const Options& options) {
@@ -155,6 +197,7 @@ Report explain(const Options& options) {
 
 Report evaluate(const Options& options) {
     const NamedLaw named = lawNamed(options.law.name);
+    checkAsked(named, options);
     checkOffered(*named.law, options.command);
     Report report;
     report.command = commandName(options.command);
@@ -191,7 +234,11 @@ bool isLawCommand(Command command) {
 
 Report analyseLaw(const Options& options) {
     if (options.command != Command::kLaw) return evaluate(options);
-    if (!options.law.name.empty()) return explain(options);
+    const bool list = options.law.name.empty() || lowerCase(options.law.name) == "list";
+    if (!list) return explain(options);
+    if (!options.law.arguments.empty())
+        throw UsageError(
+            "numcore law list takes nothing more; numcore law NAME PARAMETERS tells about one law");
     if (!options.law.plot.empty())
         throw UsageError("--plot draws one law: numcore law NAME PARAMETERS --plot FILE");
     return listLaws();

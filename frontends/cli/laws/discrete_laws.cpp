@@ -26,7 +26,7 @@ std::vector<Law> discreteLaws() {
          .varianceText = "n p (1 - p)",
          .example = "10 0.3"},
         {.codes = {2},
-         .aliases = {{"nbinom"}, {"negative-binomial"}, {"negbin"}, {"pascal"}},
+         .aliases = {{"nbinom"}, {"negative-binomial"}, {"negbin"}, {"negbinom"}, {"pascal"}},
          .parameters = {{"", "successes to wait for", Domain::kPositiveCount, 0.0, false, "size successes"},
                         {"", "probability of a success", Domain::kInsideUnit, 0.0, false, "prob"}},
          .discrete = true,
@@ -65,7 +65,9 @@ std::vector<Law> discreteLaws() {
          .variance = [](const Values& p) { return p[0]; },
          .meanText = "lambda",
          .varianceText = "lambda",
-         .example = "4"},
+         .example = "4",
+         .notes =
+             {"From 1000 events on the distribution function is a normal approximation, off by up to 5e-6."}},
         {.codes = {28},
          .aliases = {{"discrete-uniform"},
                      {"uniform-discrete"},
@@ -85,7 +87,10 @@ std::vector<Law> discreteLaws() {
          .variance = [](const Values& p) { return (p[1] - p[0]) * (p[1] - p[0] + 2.0) / 12.0; },
          .meanText = "(a + b)/2",
          .varianceText = "((b - a + 1)^2 - 1)/12",
-         .example = "1 6"},
+         .example = "1 6",
+         .notes =
+             {"Where p is reached exactly the library's quantile is the next whole number: of 1 to 6 at 0.5 "
+              "it is 4."}},
         {.codes = {31},
          .aliases = {{"bern"}},
          .parameters = {{"", "probability of 1", Domain::kProbability, 0.0, false, "prob"}},

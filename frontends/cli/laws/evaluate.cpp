@@ -23,9 +23,13 @@ constexpr double kNearOne = 1.0 - 5e-7;         // shown as 1 with six digits
 constexpr int kExtremeValueCode = 23;
 
 double lowerTail(const ChosenLaw& chosen, double x) {
+    const Law& law = *chosen.law;
     const Values& p = chosen.parameters;
-    return chosen.law->coded() ? CDFGeneral(x, chosen.code, p[0], p[1], p[2], p[3])
-                               : chosen.law->distribution(x, p);
+    // Beyond the library's counts only the tail's own function reaches.
+    if (law.discrete && x > kLargestCount) return 1.0 - law.upperTail(x, p);
+    const double probability =
+        law.coded() ? CDFGeneral(x, chosen.code, p[0], p[1], p[2], p[3]) : law.distribution(x, p);
+    return probability == 0.0 && law.farLowerTail != nullptr ? law.farLowerTail(x, p) : probability;
 }
 
 double lowerQuantile(const ChosenLaw& chosen, double p) {
@@ -86,6 +90,33 @@ double distributionAt(const ChosenLaw& chosen, double x, Tail tail) {
     return isMarker(head) ? head : 1.0 - head;
 }
 
+double invertDistribution(const ChosenLaw& chosen, double p, Tail tail) {
+    const Interval support = chosen.law->support(chosen.parameters);
+    bool missing = false;
+    const auto below = [&](double x) {
+        const double probability = distributionAt(chosen, x, tail);
+        missing |= probability == NUMCORE_MISSING;
+        return tail == Tail::kLower ? probability < p : probability > p;
+    };
+    constexpr double kFarthest = 1e300;
+    double low = std::isfinite(support.lower) ? support.lower : -1.0;
+    double high = std::isfinite(support.upper) ? support.upper : std::max(low, 0.0) + 1.0;
+    if (std::isfinite(support.lower)) {
+        if (!below(low)) return missing ? NUMCORE_MISSING : low;
+    } else {
+        low = std::min(low, high - 1.0);
+        while (!below(low) && low > -kFarthest) low = low * 2.0 - 1.0;
+    }
+    while (below(high) && high < kFarthest && high < support.upper) high = high * 2.0 + 1.0;
+    constexpr int kHalvings = 200;
+    for (int i = 0; i < kHalvings; ++i) {
+        const double middle = low + (high - low) / 2.0;
+        if (middle <= low || middle >= high) break;  // neighbours
+        (below(middle) ? low : high) = middle;
+    }
+    return missing ? NUMCORE_MISSING : high;
+}
+
 double quantileAt(const ChosenLaw& chosen, double p, Tail tail) {
     const Law& law = *chosen.law;
     const Interval support = law.support(chosen.parameters);
@@ -93,6 +124,7 @@ double quantileAt(const ChosenLaw& chosen, double p, Tail tail) {
     const bool lower = tail == Tail::kLower;
     if (p == (lower ? 0.0 : 1.0)) return support.lower;
     if (p == (lower ? 1.0 : 0.0)) return support.upper;
+    if (!hasQuantile(law)) return invertDistribution(chosen, p, tail);
     const bool upperForm = !lower && law.upperQuantile != nullptr;
     const double x =
         upperForm ? law.upperQuantile(p, chosen.parameters) : lowerQuantile(chosen, lower ? p : 1.0 - p);
@@ -131,9 +163,12 @@ Cell quantileCell(const ChosenLaw& chosen, double p, Tail tail, Remarks& remarks
     }
     const double value = quantileAt(chosen, p, tail);
     remarks.noResult |= value == NUMCORE_MISSING;
+    remarks.inverted |= !hasQuantile(*chosen.law);
     remarks.beyondMethod |= value == NUMCORE_OVERFLOW && p > 0.0 && p < 1.0;
-    remarks.subtracted |=
-        tail == Tail::kUpper && chosen.law->upperQuantile == nullptr && p < kFewDigits && p > 0.0;
+    // Halving takes the upper tail itself where there is one.
+    const bool ownTail =
+        hasQuantile(*chosen.law) ? chosen.law->upperQuantile != nullptr : chosen.law->upperTail != nullptr;
+    remarks.subtracted |= tail == Tail::kUpper && !ownTail && p < kFewDigits && p > 0.0;
     const bool inside = p > 0.0 && p < 1.0 && !isMarker(value);
     const bool otherShape = chosen.code == kExtremeValueCode && chosen.parameters[0] != 0.0;
     remarks.shapeSign |= inside && otherShape;
@@ -158,12 +193,17 @@ std::vector<std::string> sentences(const Remarks& remarks, const ChosenLaw& chos
     add(remarks.beyondMethod,
         "an infinite quantile of a probability below 1: it is beyond what the method reaches");
     add(remarks.notWhole, fmt::format("the {} law has whole numbers only: 0 between them", chosen.name));
-    add(remarks.notProbability, "values below 0 or above 1 are no probabilities and have no quantile");
-    add(remarks.noResult, fmt::format("the library gives no value for some of these: {}",
-                                      chosen.nParameters == 0 ? chosen.name : chosen.parameterText()));
+    add(remarks.notProbability,
+        fmt::format("values below 0 or above 1 are no probabilities and have no quantile; the first: {}",
+                    remarks.firstWithout));
+    add(remarks.noResult,
+        fmt::format("the library gives no value for some of these; the first: {}", remarks.firstWithout));
     add(remarks.off,
         "the library's quantile is off for some of these: its own tail probability (cdf) differs from the "
         "one asked for by more than 1e-4 of it");
+    add(remarks.inverted, fmt::format("the library has no quantile of the {} law: by halving on its "
+                                      "distribution function",
+                                      chosen.name));
     add(remarks.shapeSign,
         fmt::format("this quantile takes the shape with the other sign: it undoes the distribution of k = {}",
                     -chosen.parameters[0]));

@@ -17,7 +17,9 @@ struct Remarks {
     bool notWhole = false;        // a discrete law's probability between whole numbers
     bool notProbability = false;  // a quantile of what is no probability
     bool noResult = false;        // the library's missing value
+    std::string firstWithout{};   // the first value of these two kinds: "row 2, 1.2"
     bool off = false;             // a quantile that does not undo the distribution
+    bool inverted = false;        // a quantile by halving: the library has none
     bool shapeSign = false;       // a quantile of the generalised extreme value law
 };
 
@@ -33,6 +35,10 @@ double distributionAt(const ChosenLaw& chosen, double x, Tail tail);
 
 /// The x with P(X <= x) = p, or with P(X > x) = p; the ends of the support at 0 and 1.
 double quantileAt(const ChosenLaw& chosen, double p, Tail tail);
+
+/// The same x by halving on the distribution function: right for every law, in a hundred of its calls. The
+/// missing value where the distribution function has none.
+double invertDistribution(const ChosenLaw& chosen, double p, Tail tail);
 
 /// The same as cells: a missing x gives a missing result; a probability that came out as 0 where it cannot be
 /// 0 is a bound.

@@ -47,6 +47,25 @@ std::string symbolsOf(const Form& form) {
     return text;
 }
 
+/// "mean (any number), standard deviation (above 0)".
+std::string meaningsOf(const Form& form) {
+    std::string text;
+    for (std::size_t i = 0; i < form.nParameters; ++i) {
+        const Parameter& parameter = form.law->parameters[i];
+        text +=
+            fmt::format("{}{} ({})", i == 0 ? "" : "; ", parameter.meaning, describeDomain(parameter.domain));
+    }
+    return text;
+}
+
+/// Names of a parameter, and of what it is the inverse of: "scale theta, rate = 1/beta".
+std::string otherNamesOf(const Parameter& parameter) {
+    const std::string names = parameter.otherNames;
+    const std::string inverse = parameter.inverseNames;
+    if (inverse.empty()) return names;
+    return fmt::format("{}{}{} = 1/{}", names, names.empty() ? "" : ", ", inverse, parameter.symbol);
+}
+
 std::string aliasesOf(const Law& law) {
     std::string text;
     for (const Alias& alias : law.aliases) {
@@ -57,7 +76,7 @@ std::string aliasesOf(const Law& law) {
 }
 
 std::string offeredBy(const Law& law) {
-    return fmt::format("{}cdf{}", hasDensity(law) ? "pdf " : "", hasQuantile(law) ? " quantile" : "");
+    return fmt::format("{}cdf quantile", hasDensity(law) ? "pdf " : "");
 }
 
 ReportTable parameterTable(const Law& law) {
@@ -72,10 +91,11 @@ ReportTable parameterTable(const Law& law) {
                       1,
                       {}};
     for (const Parameter& parameter : law.parameters) {
-        table.rows.push_back(
-            {parameter.symbol, std::string(parameter.meaning), std::string(describeDomain(parameter.domain)),
-             parameter.optional ? Cell(parameter.fallback) : Cell(),
-             *parameter.otherNames == '\0' ? Cell() : Cell(std::string(parameter.otherNames))});
+        const std::string otherNames = otherNamesOf(parameter);
+        table.rows.push_back({parameter.symbol, std::string(parameter.meaning),
+                              std::string(describeDomain(parameter.domain)),
+                              parameter.optional ? Cell(parameter.fallback) : Cell(),
+                              otherNames.empty() ? Cell() : Cell(otherNames)});
     }
     return table;
 }
@@ -103,6 +123,7 @@ ReportTable propertyTable(const Law& law) {
     add("mean", law.meanText == nullptr ? "" : law.meanText);
     add("variance", law.varianceText == nullptr ? "" : law.varianceText);
     add("upper tail", law.upperTail != nullptr ? "without loss of digits" : "1 - lower tail");
+    add("quantile", hasQuantile(law) ? "" : "by halving on the distribution function");
     return table;
 }
 
@@ -128,7 +149,6 @@ ReportTable valueTable(const ChosenLaw& chosen) {
         add("variance", variance);
         add("standard deviation", variance == NUMCORE_MISSING ? variance : std::sqrt(variance));
     }
-    if (!hasQuantile(law)) return table;
     add("lower quartile", quantileAt(chosen, 0.25, Tail::kLower));
     add("median", quantileAt(chosen, 0.5, Tail::kLower));
     add("upper quartile", quantileAt(chosen, 0.75, Tail::kLower));
@@ -136,15 +156,14 @@ ReportTable valueTable(const ChosenLaw& chosen) {
 }
 
 ReportTable exampleTable(const Law& law) {
-    std::string word = law.name;
-    std::ranges::replace(word, ' ', '-');
+    const std::string word = commandWord(law.name);
     ReportTable table{"examples", "Examples", {{"command", "Command", ColumnKind::kText}}, {}, 0, {}};
     const auto add = [&](const char* command, const char* values) {
         table.rows.push_back({fmt::format("numcore {} {} {} {}", command, word, values, law.example)});
     };
     add("cdf", law.discrete ? "2,3" : "0.5,1.5");
     if (hasDensity(law)) add("pdf", law.discrete ? "0:5" : "0:1:0.25");
-    if (hasQuantile(law)) add("quantile", "0.95");
+    add("quantile", "0.95");
     table.rows.push_back({fmt::format("numcore law {} {} --plot {}.svg", word, law.example, word)});
     return table;
 }
@@ -175,7 +194,8 @@ Report listLaws() {
                        {"code", "Code", ColumnKind::kCount},
                        {"parameters", "Parameters", ColumnKind::kText},
                        {"commands", "Commands", ColumnKind::kText},
-                       {"other_names", "Other names", ColumnKind::kText}},
+                       {"other_names", "Other names", ColumnKind::kText},
+                       {"meaning", "Meaning and domain of the parameters", ColumnKind::kText}},
                       {},
                       1,
                       {}};
@@ -184,7 +204,7 @@ Report listLaws() {
         const bool first = !form.law->coded() || form.code == *std::ranges::min_element(form.law->codes);
         table.rows.push_back({form.name, form.code < 0 ? Cell() : Cell(std::int64_t{form.code}),
                               symbolsOf(form), offeredBy(*form.law),
-                              first ? aliasesOf(*form.law) : std::string()});
+                              first ? aliasesOf(*form.law) : std::string(), meaningsOf(form)});
     }
     report.tables.push_back(std::move(table));
     report.notes = {"numcore law NAME tells more about one of them"};

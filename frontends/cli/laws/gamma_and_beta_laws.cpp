@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numbers>
 
 #include "cli/laws/law.hpp"
 #include "cli/laws/support.hpp"
@@ -11,11 +12,17 @@ namespace numcore::cli {
 
 namespace {
 
-constexpr double kNormalFloor = 1e-16;  // of CDFNormalStd
+constexpr double kNormalFloor = 1e-16;  // CDFNormalStd is 0 below it
 
-double normalFloor(const Values& /*parameters*/, bool /*upper*/) {
-    return kNormalFloor;
+/// Phi(z), far out too: where CDFNormalStd is 0 the complementary error function goes on.
+double normalTail(double z) {
+    const double probability = CDFNormalStd(z);
+    return probability == 0.0 ? 0.5 * derfc(-z / std::numbers::sqrt2) : probability;
 }
+
+constexpr const char* kNormalTails =
+    "The library's distribution function is 0 below 1e-16; the program goes on with its complementary error "
+    "function.";
 
 /// AS 239 gives 0 below e^-88, and beyond shape 1000 both tails are a normal approximation.
 double gammaFloor(double shape, bool upper) {
@@ -23,6 +30,9 @@ double gammaFloor(double shape, bool upper) {
     return upper ? kSmallestProbability : 6.1e-39;
 }
 
+constexpr const char* kGammaLargeShapes =
+    "Beyond a shape of 1000 (2000 degrees of freedom) the distribution function is a normal approximation, off "
+    "by up to 5e-6.";
 constexpr const char* kGammaQuantiles =
     "Quantiles are right to 1e-6 or so; for probabilities below 1e-6 and large shapes they can be far off.";
 
@@ -64,15 +74,15 @@ std::vector<Law> normalLaws() {
                         {"", "standard deviation", Domain::kPositive, 1.0, true, "sd scale s"}},
          .support = wholeLine,
          .functions = "PDFNormal CDFNormal PDFNormalStd CDFNormalStd InvCDFNormalStd",
-         .upperTail = [](double x, const Values& p) { return CDFNormalStd(-(x - p[0]) / p[1]); },
+         .farLowerTail = [](double x, const Values& p) { return normalTail((x - p[0]) / p[1]); },
+         .upperTail = [](double x, const Values& p) { return normalTail(-(x - p[0]) / p[1]); },
          .upperQuantile = [](double p, const Values& v) { return v[0] - v[1] * InvCDFNormalStd(p); },
-         .floor = normalFloor,
          .mean = [](const Values& p) { return p[0]; },
          .variance = [](const Values& p) { return p[1] * p[1]; },
          .meanText = "mu",
          .varianceText = "sigma^2",
          .example = "10 2",
-         .notes = {"Probabilities below 1e-16 come out as 0 and are shown as < 1e-16."}},
+         .notes = {kNormalTails}},
         {.codes = {13},
          .aliases = {{"lognorm", "scipy's lognorm takes s, loc and scale: here mu = ln(scale), sigma = s"},
                      {"lnorm"},
@@ -81,9 +91,9 @@ std::vector<Law> normalLaws() {
                         {"", "standard deviation of ln X", Domain::kPositive, 1.0, true, "sdlog s"}},
          .support = halfLine,
          .functions = "PDFLogNormal CDFLogNormal InvCDFLogNormal",
-         .upperTail = [](double x, const Values& p) { return CDFNormalStd(-(std::log(x) - p[0]) / p[1]); },
+         .farLowerTail = [](double x, const Values& p) { return normalTail((std::log(x) - p[0]) / p[1]); },
+         .upperTail = [](double x, const Values& p) { return normalTail(-(std::log(x) - p[0]) / p[1]); },
          .upperQuantile = [](double p, const Values& v) { return std::exp(v[0] - v[1] * InvCDFNormalStd(p)); },
-         .floor = normalFloor,
          .mean = [](const Values& p) { return std::exp(p[0] + p[1] * p[1] / 2.0); },
          .variance =
              [](const Values& p) {
@@ -93,7 +103,7 @@ std::vector<Law> normalLaws() {
          .meanText = "exp(mu + sigma^2/2)",
          .varianceText = "(exp(sigma^2) - 1) exp(2 mu + sigma^2)",
          .example = "0 0.5",
-         .notes = {"Probabilities below 1e-16 come out as 0 and are shown as < 1e-16."}},
+         .notes = {kNormalTails}},
         {.codes = {18},
          .aliases = {{"t"}, {"student"}, {"student-t"}, {"students-t"}},
          .parameters = {{"", "degrees of freedom", Domain::kPositive, 0.0, false, "df"}},
@@ -126,11 +136,11 @@ std::vector<Law> gammaLaws() {
          .meanText = "nu",
          .varianceText = "2 nu",
          .example = "3",
-         .notes = {kGammaQuantiles}},
+         .notes = {kGammaLargeShapes, kGammaQuantiles}},
         {.codes = {10, 11, 12},
          .aliases = {{"gamma"}},
          .parameters = {{"", "shape", Domain::kPositive, 0.0, false, "shape a alpha"},
-                        {"", "scale, 1/rate", Domain::kPositive, 1.0, true, "scale theta"},
+                        {"", "scale, 1/rate", Domain::kPositive, 1.0, true, "scale theta", "rate"},
                         {"", "location", Domain::kReal, 0.0, true, "loc location"}},
          .support =
              [](const Values& p) {
@@ -146,11 +156,11 @@ std::vector<Law> gammaLaws() {
          .example = "2 3",
          .notes = {"R's gamma takes shape and rate: beta = 1/rate. scipy's takes a, loc and scale: here the "
                    "scale comes before the location.",
-                   kGammaQuantiles}},
+                   kGammaLargeShapes, kGammaQuantiles}},
         {.codes = {24},
          .aliases = {{"erlang"}},
          .parameters = {{"", "shape", Domain::kPositiveCount, 0.0, false, "shape"},
-                        {"", "rate, 1/scale", Domain::kPositive, 1.0, true, "rate"}},
+                        {"", "rate, 1/scale", Domain::kPositive, 1.0, true, "rate", "scale"}},
          .support = halfLine,
          .functions = "PDFErlang CDFErlang InvCDFErlang",
          .upperTail = [](double x, const Values& p) { return pValChiSq(2.0 * p[1] * x, 2.0 * p[0]); },
@@ -160,7 +170,8 @@ std::vector<Law> gammaLaws() {
          .meanText = "k/lambda",
          .varianceText = "k/lambda^2",
          .example = "3 0.5",
-         .notes = {"The second parameter is a rate; the gamma law takes a scale.", kGammaQuantiles}},
+         .notes = {"The second parameter is a rate; the gamma law takes a scale.", kGammaLargeShapes,
+                   kGammaQuantiles}},
     };
 }
 

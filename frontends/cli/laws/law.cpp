@@ -10,6 +10,8 @@ namespace numcore::cli {
 
 namespace {
 
+constexpr double kLargestWhole = 2147483647.0;  // counts are 32-bit integers in the library
+
 /// Symbols of the form with the most parameters, and the name without the number of a form.
 void takeFromLibrary(Law& law) {
     const numcore_law* row = numcore_law_of_code(law.codes.back());
@@ -58,9 +60,12 @@ const char* describeDomain(Domain domain) {
     return "a whole number from 1";
 }
 
+bool isTooLarge(double value, Domain domain) {
+    const bool count = domain == Domain::kWhole || domain == Domain::kCount || domain == Domain::kPositiveCount;
+    return count && std::isfinite(value) && std::abs(value) > kLargestWhole;
+}
+
 bool inDomain(double value, Domain domain) {
-    // Counts are 32-bit integers in the library.
-    constexpr double kLargestWhole = 2147483647.0;
     const bool whole = value == std::floor(value) && std::abs(value) <= kLargestWhole;
     if (!std::isfinite(value)) return domain == Domain::kPositiveOrInfinite && value > 0.0;
     switch (domain) {

@@ -31,6 +31,8 @@ enum class Domain {
 /// "above 0", "a whole number from 1".
 const char* describeDomain(Domain domain);
 bool inDomain(double value, Domain domain);
+/// A whole number that the library's 32-bit counts do not reach.
+bool isTooLarge(double value, Domain domain);
 
 struct Parameter {
     std::string symbol;  // a coded law's come from the library
@@ -38,7 +40,8 @@ struct Parameter {
     Domain domain = Domain::kReal;
     double fallback = 0.0;
     bool optional = false;
-    const char* otherNames = "";  // separated by blanks
+    const char* otherNames = "";    // separated by blanks
+    const char* inverseNames = "";  // of 1/parameter: a rate where the law takes a scale
 };
 
 /// A law's name in another program. A note tells how that program's law differs.
@@ -67,6 +70,8 @@ struct Law {
     LawFunction density = nullptr;
     LawFunction distribution = nullptr;
     LawFunction quantile = nullptr;
+    /// The lower tail where the distribution function comes out as 0; null: it is told as a bound.
+    LawFunction farLowerTail = nullptr;
     /// The upper tail and its quantile without a subtraction from 1; null: 1 - lower tail.
     LawFunction upperTail = nullptr;
     LawFunction upperQuantile = nullptr;

@@ -137,10 +137,10 @@ void drawDensity(Svg& svg, const Box& box, const ChosenLaw& chosen, const Interv
 
 void drawBars(Svg& svg, const Box& box, const ChosenLaw& chosen, const Interval& range,
               const std::vector<Mark>& marks) {
-    // Many bars stand without gaps and outlines, very many are drawn as every n-th one.
+    // Many bars are one shape without gaps, a little over one another; very many are drawn as every n-th one.
     const bool many = range.upper - range.lower > kMostBars;
     const double stride = std::max(1.0, std::ceil((range.upper - range.lower) / kMostBars / 4.0));
-    const double width = stride * (many ? 1.0 : 0.8);
+    const double width = stride * (many ? 1.5 : 0.8);
     std::vector<Point> heights;
     double top = 0.0;
     for (double k = std::ceil(range.lower); k <= range.upper; k += stride) {
@@ -228,6 +228,9 @@ std::string drawLaw(const ChosenLaw& chosen, const LawMarks& asked, std::vector<
     const Interval range = plotRange(chosen, xs);
     if (!std::isfinite(range.upper - range.lower))
         throw DataError(fmt::format("the {} law is too wide to be drawn", chosen.name));
+    constexpr double kLargestStep = 4503599627370496.0;  // whole numbers have halves between them up to here
+    if (chosen.law->discrete && range.upper > kLargestStep)
+        throw DataError(fmt::format("the {} law is too far from 0 to be drawn", chosen.name));
     const auto nOutside = static_cast<std::size_t>(
         std::ranges::count_if(xs, [&](double x) { return x < range.lower || x > range.upper; }));
     if (nOutside > 0) notes.push_back(fmt::format("{} outside the plot", counted(nOutside, "point")));

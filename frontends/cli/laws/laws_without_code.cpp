@@ -61,7 +61,8 @@ std::vector<Law> countingAndArcsineLaws() {
     return {
         {.name = "hypergeometric",
          .aliases = {{"hyper", "R's hyper takes marked, unmarked and draws: here population, marked, draws"},
-                     {"hypergeom"}},
+                     {"hypergeom"},
+                     {"hypgeom"}},
          .parameters = {{"N", "population", Domain::kCount, 0.0, false, "population"},
                         {"K", "marked ones in the population", Domain::kCount, 0.0, false, "marked"},
                         {"n", "draws", Domain::kCount, 0.0, false, "draws"}},

@@ -36,7 +36,7 @@ std::optional<NamedLaw> findCode(std::string_view name) {
     const auto [rest, status] = std::from_chars(name.data(), name.data() + name.size(), code);
     if (status != std::errc() || rest != name.data() + name.size()) return std::nullopt;
     for (const Law& law : laws()) {
-        if (std::ranges::find(law.codes, code) != law.codes.end()) return NamedLaw{&law, code, nullptr};
+        if (std::ranges::find(law.codes, code) != law.codes.end()) return NamedLaw{&law, code};
     }
     return std::nullopt;
 }
@@ -50,6 +50,24 @@ void forEachName(const auto& visit) {
     }
 }
 
+/// A law's own names.
+std::optional<NamedLaw> findOwnName(std::string_view name) {
+    const std::string plain = plainName(name);
+    if (plain.empty()) return std::nullopt;
+    for (const Law& law : laws()) {
+        if (plain == plainName(law.name)) return NamedLaw{&law, std::nullopt};
+        for (const Alias& alias : law.aliases) {
+            if (plain == plainName(alias.name)) {
+                return NamedLaw{&law, std::nullopt, alias.note == nullptr ? nullptr : &alias};
+            }
+        }
+        for (const int code : law.codes) {
+            if (plain == plainName(nameOfCode(code))) return NamedLaw{&law, code};
+        }
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 std::string plainName(std::string_view name) {
@@ -60,31 +78,27 @@ std::string plainName(std::string_view name) {
     return out;
 }
 
+std::string commandWord(std::string name) {
+    std::ranges::replace(name, ' ', '-');
+    return name;
+}
+
 std::vector<std::string> lawWords() {
     std::vector<std::string> words;
-    for (const Law& law : laws()) {
-        words.push_back(law.name);
-        std::ranges::replace(words.back(), ' ', '-');
-    }
+    for (const Law& law : laws()) words.push_back(commandWord(law.name));
     return words;
 }
 
 std::optional<NamedLaw> findLaw(std::string_view name) {
     if (const auto coded = findCode(name)) return coded;
-    const std::string plain = plainName(name);
-    if (plain.empty()) return std::nullopt;
-    for (const Law& law : laws()) {
-        if (plain == plainName(law.name)) return NamedLaw{&law, std::nullopt, nullptr};
-        for (const Alias& alias : law.aliases) {
-            if (plain == plainName(alias.name)) {
-                return NamedLaw{&law, std::nullopt, alias.note == nullptr ? nullptr : &alias};
-            }
-        }
-        for (const int code : law.codes) {
-            if (plain == plainName(nameOfCode(code))) return NamedLaw{&law, code, nullptr};
-        }
-    }
-    return std::nullopt;
+    if (const auto own = findOwnName(name)) return own;
+    const auto function = splitFunctionName(name);
+    if (!function) return std::nullopt;
+    auto found = findOwnName(function->law);
+    if (!found) return std::nullopt;
+    found->alias = function->difference;
+    found->asked = function->asked;
+    return found;
 }
 
 std::string unknownLaw(std::string_view name) {
@@ -111,7 +125,7 @@ std::string unknownLaw(std::string_view name) {
     for (std::size_t i = 0; i < std::min(near.size(), kMost); ++i) {
         text += fmt::format("{}{}", i == 0 ? "; did you mean " : " or ", near[i].second);
     }
-    return text + (near.empty() ? "" : "?") + "\nnumcore law lists all laws";
+    return text + (near.empty() ? "" : "?") + "\nnumcore law list shows all laws";
 }
 
 NamedLaw lawNamed(std::string_view name) {

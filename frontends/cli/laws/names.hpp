@@ -13,7 +13,10 @@ std::string plainName(std::string_view name);
 /// The message about a name that no law has, with the nearest names or what to take instead.
 std::string unknownLaw(std::string_view name);
 
-/// One name per law, without blanks, for completion: "negative-binomial-1".
+/// A law's name as one word of a command line: "negative-binomial-1".
+std::string commandWord(std::string name);
+
+/// One such word per law, for completion.
 std::vector<std::string> lawWords();
 
 }  // namespace numcore::cli

@@ -9,33 +9,13 @@ namespace numcore::cli {
 
 namespace {
 
-/// The x at which the distribution function reaches p, by halving: the same for every law.
-double reach(const ChosenLaw& chosen, double p) {
-    const Interval support = chosen.law->support(chosen.parameters);
-    const auto below = [&](double x) { return distributionAt(chosen, x, Tail::kLower) < p; };
-    constexpr double kFarthest = 1e300;
-    double low = std::isfinite(support.lower) ? support.lower : -1.0;
-    double high = std::isfinite(support.upper) ? support.upper : std::max(low, 0.0) + 1.0;
-    if (!std::isfinite(support.lower)) {
-        low = std::min(low, high - 1.0);
-        while (!below(low) && low > -kFarthest) low = low * 2.0 - 1.0;
-    }
-    while (below(high) && high < kFarthest && high < support.upper) high = high * 2.0 + 1.0;
-    constexpr int kHalvings = 200;
-    for (int i = 0; i < kHalvings && high - low > 1e-6 * std::max(std::abs(low), std::abs(high)); ++i) {
-        const double middle = low + (high - low) / 2.0;
-        (below(middle) ? low : high) = middle;
-    }
-    return high;
-}
-
 /// The end of the range on one side: near 0 or 1, unless the tail is so heavy that nothing else would be seen.
 double tailEnd(const ChosenLaw& chosen, double median, double quartile, bool upper) {
-    constexpr double kTails[] = {0.0005, 0.005, 0.025, 0.05};
+    constexpr double kTails[] = {0.0005, 0.005, 0.025, 0.05, 0.1};
     constexpr double kLongest = 11.0;  // quartile distances
     double end = quartile;
     for (const double tail : kTails) {
-        end = reach(chosen, upper ? 1.0 - tail : tail);
+        end = invertDistribution(chosen, tail, upper ? Tail::kUpper : Tail::kLower);
         if (std::abs(end - median) <= kLongest * std::abs(quartile - median)) break;
     }
     return end;
@@ -56,9 +36,9 @@ void takeIn(std::span<const double> points, Interval& range) {
 
 Interval plotRange(const ChosenLaw& chosen, std::span<const double> points) {
     const Interval support = chosen.law->support(chosen.parameters);
-    const double median = reach(chosen, 0.5);
-    Interval range{tailEnd(chosen, median, reach(chosen, 0.25), false),
-                   tailEnd(chosen, median, reach(chosen, 0.75), true)};
+    const double median = invertDistribution(chosen, 0.5, Tail::kLower);
+    Interval range{tailEnd(chosen, median, invertDistribution(chosen, 0.25, Tail::kLower), false),
+                   tailEnd(chosen, median, invertDistribution(chosen, 0.25, Tail::kUpper), true)};
     if (chosen.law->discrete) range = {std::floor(range.lower), std::ceil(range.upper)};
     const double near = 0.25 * (range.upper - range.lower);
     if (range.lower - support.lower <= near) range.lower = support.lower;

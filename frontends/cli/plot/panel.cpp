@@ -8,6 +8,7 @@ namespace numcore::cli::plot {
 namespace {
 
 constexpr double kTickLength = 5.0;
+constexpr double kCharacterWidth = 7.5;
 constexpr double kPixelsPerXTick = 80.0;
 constexpr double kPixelsPerYTick = 45.0;
 
@@ -32,9 +33,22 @@ void Panel::axesAbove(std::string_view yLabel, bool wholeX) {
     drawAxes({}, yLabel, wholeX, false);
 }
 
+std::vector<Tick> Panel::xTicksThatFit(bool wholeX) const {
+    const double width = box_.right - box_.left;
+    constexpr double kGap = 14.0;
+    std::vector<Tick> ticks;
+    for (int wanted = wantedTicks(width, kPixelsPerXTick); wanted > 0; --wanted) {
+        ticks = niceTicks(view_.left, view_.right, wanted, wholeX);
+        std::size_t longest = 0;
+        for (const Tick& tick : ticks) longest = std::max(longest, tick.label.size());
+        const double needed = static_cast<double>(longest) * kCharacterWidth + kGap;
+        if (ticks.size() < 2 || x_(ticks[1].value) - x_(ticks[0].value) >= needed) break;
+    }
+    return ticks;
+}
+
 void Panel::drawAxes(std::string_view xLabel, std::string_view yLabel, bool wholeX, bool xLabels) {
-    const auto xTicks =
-        niceTicks(view_.left, view_.right, wantedTicks(box_.right - box_.left, kPixelsPerXTick), wholeX);
+    const auto xTicks = xTicksThatFit(wholeX);
     const auto yTicks =
         niceTicks(view_.bottom, view_.top, wantedTicks(box_.bottom - box_.top, kPixelsPerYTick));
     for (const Tick& tick : xTicks) {

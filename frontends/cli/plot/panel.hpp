@@ -3,6 +3,7 @@
 
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "cli/plot/scale.hpp"
 #include "cli/plot/svg.hpp"
@@ -43,6 +44,7 @@ class Panel {
     const View& view() const { return view_; }
 
   private:
+    std::vector<Tick> xTicksThatFit(bool wholeX) const;
     void drawAxes(std::string_view xLabel, std::string_view yLabel, bool wholeX, bool xLabels);
 
     Svg& svg_;

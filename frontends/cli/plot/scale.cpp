@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace numcore::cli::plot {
 
@@ -31,12 +32,23 @@ Step niceStep(double width, int wanted) {
     return {factor * std::pow(10.0, exponent), exponent};
 }
 
-/// All labels of an axis have the same decimals, or are in scientific notation when they would be long.
+/// Digits before the point that a fixed label would have, down to the last one of the step.
+int digitsFrom(double largest, int exponent) {
+    return largest > 0.0 ? static_cast<int>(std::floor(std::log10(largest))) - exponent + 1 : 1;
+}
+
+/// All labels of an axis have the same decimals, or are in scientific notation when they would be long; numbers
+/// that differ only far behind their first digit are written out.
 std::string tickLabel(double value, int exponent, double largest) {
     constexpr int kSmallestFixed = -4;
     constexpr double kLargestFixed = 1e6;
-    if (exponent < kSmallestFixed || largest >= kLargestFixed) return fmt::format("{:g}", value);
-    const std::string text = fmt::format("{:.{}f}", value, std::max(0, -exponent));
+    constexpr int kMostScientific = 3;
+    const int digits = digitsFrom(largest, exponent);
+    const bool isLong = exponent < kSmallestFixed || largest >= kLargestFixed;
+    if (isLong && digits <= kMostScientific) return fmt::format("{:g}", value);
+    const std::string text = digits <= std::numeric_limits<double>::digits10 + 1
+                                 ? fmt::format("{:.{}f}", value, std::max(0, -exponent))
+                                 : fmt::format("{:.17g}", value);
     const bool zero = text.find_first_not_of("-0.") == std::string::npos;
     return zero ? "0" : text;
 }

@@ -19,9 +19,9 @@ text { font-family: "DejaVu Sans", "Liberation Sans", Arial, Helvetica, sans-ser
 .grid { stroke: #e4e4e4; stroke-width: 1; }
 .curve { stroke: #1f4e79; stroke-width: 2; fill: none; stroke-linejoin: round; }
 .area { fill: #cfdcea; stroke: none; }
-.bar { fill: #7f9fc0; stroke: #1f4e79; stroke-width: 1; }
-.bar-dense { fill: #7f9fc0; stroke: #7f9fc0; stroke-width: 0.5; }
-.bar-asked { fill: #d98a4b; stroke: #8a3b00; stroke-width: 1; }
+.bar { fill: #b5c8dd; stroke: #1f4e79; stroke-width: 1; }
+.bar-dense { fill: #9db5d0; }
+.bar-asked { fill: #a84a12; stroke: #8a3b00; stroke-width: 1; }
 .hint { stroke: #8a3b00; stroke-width: 1; stroke-dasharray: 5 3; fill: none; }
 .dot { fill: #fff; stroke: #8a3b00; stroke-width: 2; }
 </style>

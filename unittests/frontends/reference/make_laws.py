@@ -52,6 +52,9 @@ def pert(a, m, b):
 
 everything("norm", "10 2", stats.norm(10, 2), (9.5, 13), 25)
 everything("Standard Normal", "", stats.norm(), (-0.5, 1.96), 7)
+add("cdf", "norm", -30, "", "lower", stats.norm().cdf(-30))
+add("cdf", "norm", 85, "10 2", "upper", stats.norm(10, 2).sf(85), 1e-9)
+add("cdf", "lnorm", 1e-9, "0.2 0.8", "lower", stats.norm().cdf((math.log(1e-9) - 0.2) / 0.8))
 everything("lnorm", "0.2 0.8", stats.lognorm(0.8, scale=math.exp(0.2)), (0.5, 3), 200,
            exceeded=lambda p: math.exp(0.2 + 0.8 * stats.norm.isf(p)))
 everything("t", "df=10", stats.t(10), (-0.5, 2.3), 60, 1e-11, 5e-6, (0.025,))
@@ -62,6 +65,8 @@ everything("beta", "2 3", stats.beta(2, 3), (0.25, 0.7), 0.9999, 1e-11, 1e-9)
 everything("beta4", "2 3 -1 4", stats.beta(2, 3, -1, 5), (0.25, 3), 3.999, 1e-10, 1e-9)
 everything("gamma", "2 3 1", stats.gamma(2, 1, 3), (2.5, 9), 150, 1e-11, 1e-6, (0.05,))
 everything("gamma", "shape=2 scale=3", stats.gamma(2, scale=3), (2.5, 9), 150, 1e-11, 1e-6, (0.05,))
+add("cdf", "gamma", 2.5, "2 rate=0.25", "lower", stats.gamma(2, scale=4).cdf(2.5))
+add("cdf", "exp", 2.5, "scale=4", "upper", stats.expon(scale=4).sf(2.5))
 everything("erlang", "3 0.5", stats.gamma(3, scale=2), (2.5, 9), 120, 1e-11, 1e-6, (0.05,))
 everything("exp", "0.5", stats.expon(scale=2), (0.5, 3), 90)
 everything("weibull_min", "2 3 1", stats.weibull_min(2, 1, 3), (2, 5), 25,
@@ -99,6 +104,12 @@ for x in (0.5, 3):
     add("cdf", "ncx2", x, "3 2", "upper", stats.ncx2(3, 2).sf(x), 1e-9)
     add("cdf", "ncf", x, "3 20 2", "upper", stats.ncf(3, 20, 2).sf(x), 1e-9)
     add("cdf", "tukey", x, "3 10", "lower", stats.studentized_range(3, 10).cdf(x), 1e-7)
+# By halving: the library has no quantile of these.
+for p in (0.01, 0.5, 0.9):
+    add("quantile", "hyper", p, "20 8 5", "lower", stats.hypergeom(20, 8, 5).ppf(p), 1e-15)
+    add("quantile", "hyper", p, "20 8 5", "upper", stats.hypergeom(20, 8, 5).isf(p), 1e-15)
+    add("quantile", "ncx2", p, "3 2", "lower", stats.ncx2(3, 2).ppf(p), 1e-8)
+    add("quantile", "ncf", p, "3 20 2", "upper", stats.ncf(3, 20, 2).isf(p), 1e-8)
 moments("nct", "10 1.5", stats.nct(10, 1.5))
 moments("ncx2", "3 2", stats.ncx2(3, 2))
 moments("ncf", "3 20 2", stats.ncf(3, 20, 2))
