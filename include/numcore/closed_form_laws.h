@@ -1,13 +1,13 @@
 /* Continuous laws whose functions are closed formulas.
  *
- * Every law has a density PDF..., a distribution function CDF... = P(X <= x) and a quantile InvCDF..., each with
- * the evaluation point first. They share these rules, the text of a law says where it differs:
+ * Every law has a density PDF..., a distribution function CDF... = P(X <= x) and a quantile InvCDF..., each
+ * with the evaluation point first. They share these rules, the text of a law says where it differs:
  *  - a parameter outside its domain, NaN included, and a probability p outside [0, 1] give the missing value;
- *  - an infinite quantile or density gives the overflow marker; a quantile of minus infinity, which has no marker
- *    of its own, the missing value;
+ *  - an infinite quantile or density gives the overflow marker; a quantile of minus infinity, which has no
+ * marker of its own, the missing value;
  *  - a point x of NaN gives NaN, an infinite x the limit;
- *  - functions are accurate to a few units in the last place, also where distribution functions are small, unless
- *    stated otherwise. */
+ *  - functions are accurate to a few units in the last place, also where distribution functions are small,
+ * unless stated otherwise. */
 #pragma once
 
 #include "numcore/api.h"
@@ -78,16 +78,16 @@ NUMCORE_API double InvCDFFisherTippett(double p, double beta, double mu);
  *  Evaluated through ln(1 - k z) / k without cancellation, so that it passes into the Gumbel law as k -> 0. */
 NUMCORE_API double PDFGEV(double x, double k, double beta, double mu);
 
-/** Distribution function of the generalised extreme value law, e^(-(1 - k z)^(1 / k)); 1 above an upper bound, 0
- *  below a lower one; arguments as for the density. k = 0 is CDFFisherTippett, with its 1 at the far left. */
+/** Distribution function of the generalised extreme value law, e^(-(1 - k z)^(1 / k)); 1 above an upper bound,
+ * 0 below a lower one; arguments as for the density. k = 0 is CDFFisherTippett, with its 1 at the far left. */
 NUMCORE_API double CDFGEV(double x, double k, double beta, double mu);
 
 /** Quantile of the generalised extreme value law as it is defined here: mu + beta ((-ln p)^(-k) - 1) / k for
  *  0 < p < 1.
  *
  *  Kept: that is not the inverse of CDFGEV, which would be mu + beta (1 - (-ln p)^k) / k; it belongs to the law
- *  with the shape -k. The end values are those of CDFGEV: at p = 1 the bound for k > 0 and the overflow marker for
- *  k < 0, at p = 0 the missing value for k > 0 and the bound for k < 0. */
+ *  with the shape -k. The end values are those of CDFGEV: at p = 1 the bound for k > 0 and the overflow marker
+ * for k < 0, at p = 0 the missing value for k > 0 and the bound for k < 0. */
 NUMCORE_API double InvCDFGEV(double p, double k, double beta, double mu);
 
 /* ---- Logistic ---- */
@@ -102,8 +102,8 @@ NUMCORE_API double PDFLogistic(double x, double mu, double s);
 /** Distribution function of the logistic law, 1 / (1 + e^(-z)); arguments as for the density. */
 NUMCORE_API double CDFLogistic(double x, double mu, double s);
 
-/** Quantile of the logistic law, mu + s ln(p / (1 - p)); the parameters are not checked. p = 1 gives the overflow
- *  marker and p = 0 the missing value for s > 0. */
+/** Quantile of the logistic law, mu + s ln(p / (1 - p)); the parameters are not checked. p = 1 gives the
+ * overflow marker and p = 0 the missing value for s > 0. */
 NUMCORE_API double InvCDFLogistic(double p, double mu, double s);
 
 /* ---- Pareto ---- */
@@ -115,8 +115,8 @@ NUMCORE_API double InvCDFLogistic(double p, double mu, double s);
  *  @param b  scale and lower bound, > 0 */
 NUMCORE_API double PDFPareto(double x, double a, double b);
 
-/** Distribution function of the Pareto law, 1 - (b / x)^a. Kept: a parameter outside its domain gives 0, not the
- *  missing value. */
+/** Distribution function of the Pareto law, 1 - (b / x)^a. Kept: a parameter outside its domain gives 0, not
+ * the missing value. */
 NUMCORE_API double CDFPareto(double x, double a, double b);
 
 /** Quantile of the Pareto law, b / (1 - p)^(1 / a). */
@@ -141,10 +141,12 @@ NUMCORE_API double InvCDFTriangular(double p, double a, double m, double b);
 
 /* ---- Trapezoidal ---- */
 
-/** Density of the trapezoidal law: rising on [a, b], 2 / (c + d - b - a) on [b, c], falling on [c, d], 0 outside.
+/** Density of the trapezoidal law: rising on [a, b], 2 / (c + d - b - a) on [b, c], falling on [c, d], 0
+ * outside.
  *
  *  @param x           point
- *  @param a, b, c, d  bounds; not a <= b <= c <= d gives the missing value. a = d puts all mass on this point. */
+ *  @param a, b, c, d  bounds; not a <= b <= c <= d gives the missing value. a = d puts all mass on this point.
+ */
 NUMCORE_API double PDFTrapezoidal(double x, double a, double b, double c, double d);
 
 /** Distribution function of the trapezoidal law; arguments as for the density. */
@@ -155,7 +157,8 @@ NUMCORE_API double InvCDFTrapezoidal(double p, double a, double b, double c, dou
 
 /* ---- Uniform ---- */
 
-/** Density of the uniform law, 1 / (b - a) on [a, b] with both ends, 0 elsewhere; the bounds are not checked. */
+/** Density of the uniform law, 1 / (b - a) on [a, b] with both ends, 0 elsewhere; the bounds are not checked.
+ */
 NUMCORE_API double PDFUniform(double x, double a, double b);
 
 /** Distribution function of the uniform law: 0 for x <= a, 1 for x >= b, (x - a) / (b - a) between; the bounds

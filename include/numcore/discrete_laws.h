@@ -1,8 +1,8 @@
 /* Discrete laws.
  *
  * Every law has a probability mass PDF..., a distribution function CDF... = P(X <= x) and, but for the
- * hypergeometric law, a quantile InvCDF... = the first count whose cumulative probability reaches p, each with the
- * evaluation point first. They share these rules, the text of a law says where it differs:
+ * hypergeometric law, a quantile InvCDF... = the first count whose cumulative probability reaches p, each with
+ * the evaluation point first. They share these rules, the text of a law says where it differs:
  *  - a parameter outside its domain, NaN included, gives the missing value; a point of NaN gives NaN;
  *  - the mass is 0 where the point is not a whole number that the law can take;
  *  - quantiles that are 32-bit counts give 0xFFFFFFFF for bad input and for a count above 4294967294;
@@ -12,13 +12,14 @@
  * Masses are Stirling's formula times exp(-deviance), Loader (2000), Fast and accurate computation of binomial
  * probabilities: the same value as by logarithms of factorials, without the digits that their difference loses.
  * Distribution functions of counts add up masses outwards from the count, on the shorter side, each from its
- * neighbour; where that takes more than some 200 terms they are the incomplete beta ratio. Both tails keep their
- * relative accuracy, 1e-15 to 4e-15 near the mean and (1 + d) 5e-16 where the mass is of the order of exp(-d).
+ * neighbour; where that takes more than some 200 terms they are the incomplete beta ratio. Both tails keep
+ * their relative accuracy, 1e-15 to 4e-15 near the mean and (1 + d) 5e-16 where the mass is of the order of
+ * exp(-d).
  *
- * Quantiles add up masses from 0 where this takes at most 160 terms. Otherwise they start from a guess and enclose
- * the count with the distribution function, above p = 1/2 with the upper tail, so that they also end where a sum
- * from 0 would underflow, never reach p by rounding, or take for ever. A cumulative probability within 16 units of
- * 2^-52 (relative) of p counts as reaching p. */
+ * Quantiles add up masses from 0 where this takes at most 160 terms. Otherwise they start from a guess and
+ * enclose the count with the distribution function, above p = 1/2 with the upper tail, so that they also end
+ * where a sum from 0 would underflow, never reach p by rounding, or take for ever. A cumulative probability
+ * within 16 units of 2^-52 (relative) of p counts as reaching p. */
 #pragma once
 
 #include "numcore/api.h"
@@ -34,20 +35,21 @@ NUMCORE_API double PDFUniformDisc(double x, double a, double b);
 /** Distribution function of the discrete uniform law: 0 for x < a, 1 for x >= b, between them
  *  (x - floor(a) + 1) / floor(b - a + 1).
  *
- *  Kept: x is not rounded down, so that the function rises between whole numbers, and with fractions in the bounds
- *  it can exceed 1. */
+ *  Kept: x is not rounded down, so that the function rises between whole numbers, and with fractions in the
+ * bounds it can exceed 1. */
 NUMCORE_API double CDFUniformDisc(double x, double a, double b);
 
-/** Quantile of the discrete uniform law: floor(floor(b - a + 1) p + 1) + floor(a) - 1, and floor(a) - 1 at p = 0.
+/** Quantile of the discrete uniform law: floor(floor(b - a + 1) p + 1) + floor(a) - 1, and floor(a) - 1 at p =
+ * 0.
  *
- *  Kept: where floor(b - a + 1) p is a whole number, that is one more than the first value that reaches p; p = 1
- *  gives b + 1.
+ *  Kept: where floor(b - a + 1) p is a whole number, that is one more than the first value that reaches p; p =
+ * 1 gives b + 1.
  *
  *  @return the missing value for p outside [0, 1] and a >= b */
 NUMCORE_API double InvCDFUniformDisc(double p, double a, double b);
 
-/** Quantile of the law on floor(a), ..., floor(b) with given weights, which are taken as they are, not divided by
- *  their sum.
+/** Quantile of the law on floor(a), ..., floor(b) with given weights, which are taken as they are, not divided
+ * by their sum.
  *
  *  @param p        probability; above 1 it counts as 1
  *  @param weights  n weights, the first that of floor(a); not read beyond the range nor beyond n
@@ -153,12 +155,12 @@ NUMCORE_API double PDFPoisson(double k, double lambda);
 /** Distribution function of the Poisson law: 0 for k < 0, e^-lambda at 0, otherwise
  *  1 - IncompleteGamma(lambda, k + 1).
  *
- *  Kept: the accuracy is that of IncompleteGamma and of the subtraction, about 1e-14 absolute; from k = 1000 on it
- *  is the Wilson-Hilferty approximation, off by up to 5e-6. */
+ *  Kept: the accuracy is that of IncompleteGamma and of the subtraction, about 1e-14 absolute; from k = 1000 on
+ * it is the Wilson-Hilferty approximation, off by up to 5e-6. */
 NUMCORE_API double CDFPoisson(int32_t k, double lambda);
 
-/** Quantile of the Poisson law, from the masses themselves, not from CDFPoisson; 2147483647, an unbounded count,
- *  at p = 1.
+/** Quantile of the Poisson law, from the masses themselves, not from CDFPoisson; 2147483647, an unbounded
+ * count, at p = 1.
  *
  *  @param p       probability, in [0, 1]; 0 for p <= e^-lambda
  *  @param lambda  mean, > 0 */
@@ -166,8 +168,8 @@ NUMCORE_API uint32_t InvCDFPoisson(double p, double lambda);
 
 /* ---- HyperG ---- */
 
-/** Mass of the hypergeometric law: x marked items among n drawn without replacement from N of which K are marked,
- *  C(K, x) C(N - K, n - x) / C(N, n).
+/** Mass of the hypergeometric law: x marked items among n drawn without replacement from N of which K are
+ * marked, C(K, x) C(N - K, n - x) / C(N, n).
  *
  *  @param x  marked items drawn
  *  @param N  items, a whole number from 0 to 2^53
