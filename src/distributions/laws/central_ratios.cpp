@@ -8,6 +8,7 @@
 
 #include "distributions/laws/noncentral_terms.hpp"
 #include "distributions/special/beta_ratio.hpp"
+#include "distributions/special/continued_fraction.hpp"
 #include "suite/basecore.hpp"
 
 namespace numcore::distributions {
@@ -18,7 +19,6 @@ constexpr int kMaxSteps = 20000;
 constexpr double kEuler = 0.57721566490153286061;
 constexpr double kSmallShape = 0.5;     // of the upper gamma ratio, below which 1 - P cancels
 constexpr double kSmallArgument = 0.5;  // below which its continued fraction is slow
-constexpr double kRescale = 0x1p+200;
 
 // ln Gamma(1 + a) with relative accuracy: what 1 + a loses comes back through the slope at 1.
 double logGammaOnePlus(double a) {
@@ -27,47 +27,12 @@ double logGammaOnePlus(double a) {
     return basecore::GammaLn(rounded) - kEuler * lost;
 }
 
-// Convergents of b0 + a1 / (b1 + a2 / (b2 + ...)) at a common scale that begins with a denominator of 1.
-class Convergents {
-  public:
-    explicit Convergents(double first) : numerator_(first) {}
-
-    // Takes the next partial quotient; true once the value has settled.
-    bool step(double alpha, double beta) {
-        const double newNumerator = beta * numerator_ + alpha * olderNumerator_;
-        const double newDenominator = beta * denominator_ + alpha * olderDenominator_;
-        const double one = newNumerator * denominator_;
-        const double other = numerator_ * newDenominator;
-        olderNumerator_ = numerator_;
-        olderDenominator_ = denominator_;
-        numerator_ = newNumerator;
-        denominator_ = newDenominator;
-        if (std::abs(denominator_) > kRescale) rescale();
-        return std::abs(one - other) <= kEpsilon * std::abs(one);
-    }
-    double value() const { return numerator_ / denominator_; }
-
-  private:
-    void rescale() {
-        const double scale = 1.0 / denominator_;
-        olderNumerator_ *= scale;
-        olderDenominator_ *= scale;
-        numerator_ *= scale;
-        denominator_ = 1.0;
-    }
-
-    double numerator_;
-    double denominator_ = 1.0;
-    double olderNumerator_ = 1.0;
-    double olderDenominator_ = 0.0;
-};
-
 // Q(a, y) e^y y^-a Gamma(a + 1), y not small against a.
 double gammaUpperFraction(double a, double y) {
-    Convergents convergents(y + 1.0 - a);
+    Convergents convergents(a, y + 1.0 - a);
     for (int n = 1; n < kMaxSteps; ++n)
-        if (convergents.step(n * (a - n), y + (2 * n + 1) - a)) break;
-    return a / convergents.value();
+        if (convergents.advance(n * (a - n), y + (2 * n + 1) - a, kEpsilon)) break;
+    return convergents.value();
 }
 
 // The same for small a and y, where 1 - P cancels: with P = e^c (1 + a s) both parts of 1 - P are small.
@@ -88,15 +53,15 @@ double gammaUpperNearZero(double a, double y) {
 double betaFraction(double a, double b, double x, double y) {
     const double lambda = a * y - b * x;
     double inverse = 1.0 / (a + 1.0);  // of a + 2 n + 1
-    Convergents convergents(a * inverse * (lambda + 1.0));
+    Convergents convergents(a, a * inverse * (lambda + 1.0));
     for (int n = 1; n < kMaxSteps; ++n) {
         const double growth = n * (b - n) * x * inverse;
         const double alpha = (a + (n - 1)) * inverse * (a + b + (n - 1)) * growth * x;
         inverse = 1.0 / (a + (2 * n + 1));
         const double beta = n + growth + (a + n) * inverse * (lambda + 1.0 + n * (1.0 + y));
-        if (convergents.step(alpha, beta)) break;
+        if (convergents.advance(alpha, beta, kEpsilon)) break;
     }
-    return a / convergents.value();
+    return convergents.value();
 }
 
 // Below the mean, and not where the small leading argument makes it slow.
