@@ -168,8 +168,8 @@ TEST(LawPlot, ChoosesARangeThatShowsTheLaw) {
     EXPECT_NEAR(normal.upper, 3.55, 0.1);
     EXPECT_GT(range("normal", {}, {8.0}).upper, 8.0);
     EXPECT_LT(range("student", {"1"}, {}).upper, 20.0) << "a heavy tail is cut";
-    const Interval far = range("normal", {"1e12", "1"}, {});
-    EXPECT_NEAR(far.upper - far.lower, 7.1, 0.2) << "a narrow law far from 0";
+    const Interval distant = range("normal", {"1e12", "1"}, {});
+    EXPECT_NEAR(distant.upper - distant.lower, 7.1, 0.2) << "a narrow law distant from 0";
     const Interval exponential = range("exp", {"1"}, {});
     EXPECT_LT(exponential.lower, 0.0);
     EXPECT_GT(exponential.lower, -0.5) << "some room before the start of the support";

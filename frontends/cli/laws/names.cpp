@@ -108,24 +108,24 @@ std::string unknownLaw(std::string_view name) {
             return fmt::format("the law {} is not offered under this name; take {}", other.name, other.note);
         }
     }
-    std::vector<std::pair<std::size_t, std::string>> near;
+    std::vector<std::pair<std::size_t, std::string>> similar;
     forEachName([&](std::string_view known, const Law& law) {
         const std::string word = plainName(known);
         std::size_t distance = editDistance(plain, word);
-        // The start of a name counts as near.
+        // The start of a name counts as similar.
         if (plain.size() >= 3 && word.starts_with(plain)) distance = 1;
         const bool listed =
-            std::ranges::any_of(near, [&](const auto& entry) { return entry.second == law.name; });
+            std::ranges::any_of(similar, [&](const auto& entry) { return entry.second == law.name; });
         if (distance <= std::max<std::size_t>(1, plain.size() / 3) && !listed)
-            near.emplace_back(distance, law.name);
+            similar.emplace_back(distance, law.name);
     });
-    std::ranges::stable_sort(near, {}, [](const auto& entry) { return entry.first; });
+    std::ranges::stable_sort(similar, {}, [](const auto& entry) { return entry.first; });
     std::string text = fmt::format("no law {}", quotedForMessage(name));
     constexpr std::size_t kMost = 3;
-    for (std::size_t i = 0; i < std::min(near.size(), kMost); ++i) {
-        text += fmt::format("{}{}", i == 0 ? "; did you mean " : " or ", near[i].second);
+    for (std::size_t i = 0; i < std::min(similar.size(), kMost); ++i) {
+        text += fmt::format("{}{}", i == 0 ? "; did you mean " : " or ", similar[i].second);
     }
-    return text + (near.empty() ? "" : "?") + "\nnumcore law list shows all laws";
+    return text + (similar.empty() ? "" : "?") + "\nnumcore law list shows all laws";
 }
 
 NamedLaw lawNamed(std::string_view name) {

@@ -40,9 +40,9 @@ Interval plotRange(const ChosenLaw& chosen, std::span<const double> points) {
     Interval range{tailEnd(chosen, median, invertDistribution(chosen, 0.25, Tail::kLower), false),
                    tailEnd(chosen, median, invertDistribution(chosen, 0.25, Tail::kUpper), true)};
     if (chosen.law->discrete) range = {std::floor(range.lower), std::ceil(range.upper)};
-    const double near = 0.25 * (range.upper - range.lower);
-    if (range.lower - support.lower <= near) range.lower = support.lower;
-    if (support.upper - range.upper <= near) range.upper = support.upper;
+    const double margin = 0.25 * (range.upper - range.lower);
+    if (range.lower - support.lower <= margin) range.lower = support.lower;
+    if (support.upper - range.upper <= margin) range.upper = support.upper;
     takeIn(points, range);
     if (!(range.upper > range.lower)) range = {range.lower - 0.5, range.lower + 0.5};
     const double room = chosen.law->discrete ? std::max(0.8, 0.04 * (range.upper - range.lower))

@@ -73,8 +73,8 @@ TEST(NoncentralLaws, StudentQuantileUndoesTheDistribution) {
                 if (t == kMissing) continue;  // below -1e100
                 EXPECT_NEAR(CDFStudentNC(t, nu, delta) / p, 1.0, 1e-9) << p << ' ' << nu << ' ' << delta;
             }
-            const double far = InvCDFStudentNC(1.0 - 0x1p-40, nu, delta);
-            EXPECT_NEAR(upperStudent(far, nu, delta) / 0x1p-40, 1.0, 1e-9) << nu << ' ' << delta;
+            const double distant = InvCDFStudentNC(1.0 - 0x1p-40, nu, delta);
+            EXPECT_NEAR(upperStudent(distant, nu, delta) / 0x1p-40, 1.0, 1e-9) << nu << ' ' << delta;
         }
     }
 }
