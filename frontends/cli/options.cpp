@@ -36,6 +36,7 @@ constexpr const char* kExamples = R"(Examples:
 Exit codes: 0 done, 1 wrong usage, 2 bad data, 3 done with warnings.)";
 
 void addCommands(CLI::App& app, Options& options, RawOptions& raw) {
+    app.allow_windows_style_options(false);  // a path may begin with a slash
     app.set_help_flag("-h,--help", "Show this help; numcore COMMAND --help shows a command's options");
     app.set_version_flag("--version", std::string("numcore ") + numcore_version());
     app.require_subcommand(1);
