@@ -60,7 +60,7 @@ std::string meaningsOf(const Form& form) {
 
 /// Names of a parameter, and of what it is the inverse of: "scale theta, rate = 1/beta".
 std::string otherNamesOf(const Parameter& parameter) {
-    const std::string names = parameter.otherNames;
+    std::string names = parameter.otherNames;
     const std::string inverse = parameter.inverseNames;
     if (inverse.empty()) return names;
     return fmt::format("{}{}{} = 1/{}", names, names.empty() ? "" : ", ", inverse, parameter.symbol);

@@ -224,6 +224,7 @@ void drawDistribution(Svg& svg, const Box& box, const ChosenLaw& chosen, const I
 std::string drawLaw(const ChosenLaw& chosen, const LawMarks& asked, std::vector<std::string>& notes) {
     const std::vector<Mark> marks = makeMarks(chosen, asked);
     std::vector<double> xs;
+    xs.reserve(marks.size());
     for (const Mark& mark : marks) xs.push_back(mark.x);
     const Interval range = plotRange(chosen, xs);
     if (!std::isfinite(range.upper - range.lower))
