@@ -195,7 +195,8 @@ constexpr auto kTaylor = [] {
 }();
 
 double positiveUpperTail(double x) {
-    const int i = static_cast<int>(x * kGridPerUnit + 0.5);
+    // Either neighbour of a half does.
+    const int i = static_cast<int>(x * kGridPerUnit + 0.5);  // NOLINT(bugprone-incorrect-roundings)
     if (i >= kGridSize) return normalUpperTail(x);
     const auto& c = kTaylor[static_cast<std::size_t>(i)];
     const double d = x - static_cast<double>(i) / kGridPerUnit;
