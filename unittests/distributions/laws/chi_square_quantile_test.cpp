@@ -72,7 +72,7 @@ TEST(ChiSquareQuantile, EndsAtFixedProbabilities) {
     EXPECT_NE(InvCDFChiSq(1e-100, 300.0), 0.0);
     EXPECT_LT(InvCDFChiSq(0.99999999999999, 3.0), 100.0);
     EXPECT_EQ(InvCDFChiSq(std::nextafter(0.99999999999999, 1.0), 3.0), kOverflow);
-    EXPECT_EQ(InvCDFChiSq(NAN, 3.0), kMissing);
+    EXPECT_EQ(InvCDFChiSq(std::nan(""), 3.0), kMissing);
 }
 
 }  // namespace
