@@ -2,9 +2,12 @@
 #pragma once
 
 #include "numcore/api.h"
+#include "numcore/association.h"
 #include "numcore/automation.h"
 #include "numcore/closed_form_laws.h"
 #include "numcore/continuous_laws.h"
+#include "numcore/correlation.h"
+#include "numcore/correlation_analysis.h"
 #include "numcore/dataset.h"
 #include "numcore/descriptive.h"
 #include "numcore/discrete_laws.h"

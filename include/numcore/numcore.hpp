@@ -2,6 +2,8 @@
 #pragma once
 
 #include "numcore/containers.hpp"
+#include "numcore/correlation.hpp"
+#include "numcore/correlation_analysis.hpp"
 #include "numcore/dataset.hpp"
 #include "numcore/descriptive.hpp"
 #include "numcore/empirical.hpp"

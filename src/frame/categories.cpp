@@ -47,8 +47,6 @@ Categories findCategories(std::span<const u16string> cells) {
     return found;
 }
 
-}  // namespace frame
-
 namespace {
 
 /// Sums of one variable, a cell per category.
@@ -65,7 +63,7 @@ double weightOf(std::span<const double> weights, std::size_t row) {
     return row < weights.size() && weights[row] > std::numeric_limits<double>::epsilon() ? weights[row] : 0.0;
 }
 
-CategoryTotals totalsOf(const frame::Categories& categories, std::span<const double> weights) {
+CategoryTotals totalsOf(const Categories& categories, std::span<const double> weights) {
     CategoryTotals totals;
     totals.counts.resize(categories.labels.size());
     totals.frequencies.resize(categories.labels.size());
@@ -92,7 +90,7 @@ double totalWeight(std::span<const double> weights, std::int32_t nRows) {
 }
 
 /// Writes one variable's categories into column v of the information; returns how many did not fit.
-std::int32_t writeCategories(cST_QualiInfo& info, std::int32_t v, const frame::Categories& categories,
+std::int32_t writeCategories(cST_QualiInfo& info, std::int32_t v, const Categories& categories,
                              const CategoryTotals& totals) {
     const auto n = static_cast<std::int32_t>(categories.labels.size());
     std::int32_t room = n;
@@ -112,9 +110,8 @@ std::int32_t writeCategories(cST_QualiInfo& info, std::int32_t v, const frame::C
 
 }  // namespace
 
-void InitQualiInfo_ST(cST_QualiInfo& info, const cST_MVect<u16string>& table, std::int32_t nVariables,
-                      std::int32_t nRows) {
-    const std::int32_t n = std::clamp(nVariables, 0, table.columnCount());
+void sizeQualiInfo(cST_QualiInfo& info, std::int32_t nVariables, std::int32_t nRows) {
+    const std::int32_t n = nVariables;
     info.nVariables = n;
     info.nRows = nRows;
     info.totalWeight = 0.0;
@@ -132,8 +129,31 @@ void InitQualiInfo_ST(cST_QualiInfo& info, const cST_MVect<u16string>& table, st
     for (std::int32_t v = 0; v < n; ++v) {
         info.nCategories[v] = 0;
         info.missing[v] = 0.0;
-        info.names[v] = u16string(table.label(v));
     }
+}
+
+void fillQualiInfo(cST_QualiInfo& info, std::span<const double> weights,
+                   const std::function<Categories(std::int32_t)>& categoriesOf) {
+    info.totalWeight = totalWeight(weights, info.nRows);
+    info.hasWeights = weights.empty() ? NUMCORE_FALSE : NUMCORE_TRUE;
+    info.sorted = NUMCORE_TRUE;
+    info.maxCategories = 0;
+    for (std::int32_t v = 0; v < info.nVariables; ++v) {
+        const Categories categories = categoriesOf(v);
+        const CategoryTotals totals = totalsOf(categories, weights);
+        info.nDropped += writeCategories(info, v, categories, totals);
+        info.nMissing += totals.nMissing;
+        info.maxCategories = std::max(info.maxCategories, static_cast<std::int32_t>(categories.labels.size()));
+    }
+    info.status = info.nDropped > 0 ? -1 : 0;
+}
+
+}  // namespace frame
+
+void InitQualiInfo_ST(cST_QualiInfo& info, const cST_MVect<u16string>& table, std::int32_t nVariables,
+                      std::int32_t nRows) {
+    frame::sizeQualiInfo(info, std::clamp(nVariables, 0, table.columnCount()), nRows);
+    for (std::int32_t v = 0; v < info.nVariables; ++v) info.names[v] = u16string(table.label(v));
 }
 
 void GetMaxCat_ST(const cST_MVect<u16string>& table, std::int32_t nVariables, cST_QualiInfo& info) {
@@ -156,18 +176,7 @@ std::int32_t GetQualiDataInfo_ST(cST_DataSet& data, cST_QualiInfo& info) {
     const std::span<const double> weights = data.observationWeights();
     if (info.record == nullptr) GetMaxCat_ST(table, table.columnCount(), info);
     InitQualiInfo_ST(info, table, table.columnCount(), data.nRows);
-    info.totalWeight = totalWeight(weights, data.nRows);
-    info.hasWeights = weights.empty() ? NUMCORE_FALSE : NUMCORE_TRUE;
-    info.sorted = NUMCORE_TRUE;
-    info.maxCategories = 0;
-    for (std::int32_t v = 0; v < info.nVariables; ++v) {
-        const frame::Categories categories = frame::findCategories(table.cells(v));
-        const CategoryTotals totals = totalsOf(categories, weights);
-        info.nDropped += writeCategories(info, v, categories, totals);
-        info.nMissing += totals.nMissing;
-        info.maxCategories = std::max(info.maxCategories, static_cast<std::int32_t>(categories.labels.size()));
-    }
-    info.status = info.nDropped > 0 ? -1 : 0;
+    frame::fillQualiInfo(info, weights, [&](std::int32_t v) { return frame::findCategories(table.cells(v)); });
     return info.status;
 }
 

@@ -1,0 +1,12 @@
+#include "correlation/kernels.hpp"
+
+#include "suite/vmcore_kernels.hpp"
+
+namespace numcore::correlation {
+
+const Kernels& kernels() {
+    static const Kernels& fastest = vmcore::hasAvx2() ? avx2Kernels() : baselineKernels();
+    return fastest;
+}
+
+}  // namespace numcore::correlation

@@ -1,0 +1,40 @@
+// A column in order: what the rank coefficients of all its pairs share.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace numcore::correlation {
+
+inline constexpr std::uint32_t kNoGroup = 0xFFFFFFFFU;
+
+struct RankedColumn {
+    std::vector<std::uint32_t> order;  ///< rows that are present, ascending by value, NaN last
+    std::vector<std::uint32_t> group;  ///< a row's place among the distinct values; kNoGroup when it is missing
+    std::uint32_t nGroups = 0;
+
+    bool isComplete() const { return order.size() == group.size(); }
+};
+
+/// Room that the ranking of a column takes, to be used again for the next one.
+struct RankingSpace {
+    std::vector<std::uint64_t> items;
+    std::vector<std::uint64_t> spare;
+};
+
+/// Equal values share a group, all NaN too; equal rows keep their order.
+RankedColumn rankColumn(std::span<const double> cells, RankingSpace& space);
+
+/// Weighted average ranks of the rows where another column is present.
+struct MidRanks {
+    std::vector<double> ranks;  ///< one a row; not set where either column is missing
+    double weight = 0.0;        ///< of these rows
+    double ties = 0.0;          ///< sum of t^3 - t over the groups of equal values, t their weight
+};
+
+/// Average ranks as `V_GetRanksTies` gives them, from the order that is known.
+/// @param other  null = all rows
+MidRanks midRanks(const RankedColumn& column, const RankedColumn* other, std::span<const double> weights);
+
+}  // namespace numcore::correlation
