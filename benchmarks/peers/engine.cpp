@@ -6,64 +6,23 @@
 // FILE holds the columns one after another, NaN for a missing cell. The conversion of NaN to the library's
 // missing value is not timed: a caller's cells are in that form already.
 #include <algorithm>
-#include <chrono>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <functional>
-#include <limits>
 #include <string_view>
 #include <vector>
 
+#include "../workload.hpp"
 #include "caller/data_set.hpp"
 #include "caller/forms.hpp"
 #include "numcore/numcore.h"
 
 namespace {
 
+using namespace numcore::benchmarks;
 using namespace numcore::caller;
 
 constexpr double kOrders[] = {0.1, 0.5, 0.95};
 constexpr std::int32_t kMethods = 6;
-
-std::vector<double> readCells(const char* path) {
-    std::ifstream in(path, std::ios::binary | std::ios::ate);
-    std::vector<double> cells(static_cast<std::size_t>(in.tellg()) / sizeof(double));
-    in.seekg(0);
-    in.read(reinterpret_cast<char*>(cells.data()), static_cast<std::streamsize>(cells.size() * sizeof(double)));
-    if (!in) {
-        std::fprintf(stderr, "cannot read %s\n", path);
-        std::exit(1);
-    }
-    std::ranges::replace_if(
-        cells, [](double cell) { return std::isnan(cell); }, NUMCORE_MISSING);
-    return cells;
-}
-
-std::vector<double> timeWork(int repetitions, const std::function<void()>& work) {
-    std::vector<double> seconds;
-    for (int i = 0; i < repetitions; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        work();
-        seconds.push_back(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-    }
-    return seconds;
-}
-
-void printList(const char* name, const std::vector<double>& values) {
-    std::printf("\"%s\": [", name);
-    for (std::size_t i = 0; i < values.size(); ++i) std::printf("%s%.17g", i == 0 ? "" : ", ", values[i]);
-    std::printf("]");
-}
-
-void printLine(const std::vector<double>& seconds, const std::vector<double>& result) {
-    std::printf("{");
-    printList("seconds", seconds);
-    std::printf(", ");
-    printList("result", result);
-    std::printf("}\n");
-}
 
 /// Result: per column missing, present, minimum, maximum, mean, deviation.
 void describe(const std::vector<double>& cells, std::size_t nColumns, int repetitions) {

@@ -10,12 +10,17 @@ namespace numcore::caller {
 namespace {
 
 template <class Record>
+Array emptyColumn(std::size_t nRows) {
+    if constexpr (std::is_same_v<Record, ST_MVectDbl>) return Array::doubles(nRows);
+    if constexpr (std::is_same_v<Record, ST_MVectLng>) return Array::ints(nRows);
+    if constexpr (std::is_same_v<Record, ST_MVectStr>) return Array::texts(nRows);
+}
+
+template <class Record>
 std::vector<Array> equalColumns(std::size_t nColumns, std::size_t nRows) {
     std::vector<Array> out;
     out.reserve(nColumns);
-    for (std::size_t j = 0; j < nColumns; ++j) {
-        out.push_back(std::is_same_v<Record, ST_MVectDbl> ? Array::doubles(nRows) : Array::texts(nRows));
-    }
+    for (std::size_t j = 0; j < nColumns; ++j) out.push_back(emptyColumn<Record>(nRows));
     return out;
 }
 
@@ -57,6 +62,7 @@ void Table<Record>::setLength(std::size_t j, std::size_t n) {
 }
 
 template class Table<ST_MVectDbl>;
+template class Table<ST_MVectLng>;
 template class Table<ST_MVectStr>;
 
 NumericTable numericTable(const std::vector<std::pair<std::u16string, std::vector<double>>>& columns) {

@@ -1,4 +1,4 @@
-// Owned column sets: numeric and text tables as the library takes them.
+// Owned column sets: tables of numbers, integers and texts as the library takes them.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +12,8 @@ namespace numcore::caller {
 
 /// A column set with its arrays: cells, labels and each column's own length.
 ///
-/// Record is ST_MVectDbl (cells are doubles, zero at first) or ST_MVectStr (cells are texts, null at first).
+/// Record is ST_MVectDbl (cells are doubles, zero at first), ST_MVectLng (32-bit integers, zero at first) or
+/// ST_MVectStr (texts, null at first).
 /// A table can be moved: the record points to arrays that stay where they are.
 template <class Record>
 class Table {
@@ -46,9 +47,11 @@ class Table {
 };
 
 using NumericTable = Table<ST_MVectDbl>;
+using IntegerTable = Table<ST_MVectLng>;
 using TextTable = Table<ST_MVectStr>;
 
 extern template class Table<ST_MVectDbl>;
+extern template class Table<ST_MVectLng>;
 extern template class Table<ST_MVectStr>;
 
 /// Tables from values: a label and the cells of each column. For tests and small callers.

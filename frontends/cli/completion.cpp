@@ -14,17 +14,23 @@ namespace {
 
 /// Values of the options that have a fixed set of them.
 struct OptionValues {
+    const char* command;  // empty: every one
     const char* option;
     const char* values;
 };
 
 constexpr OptionValues kValues[] = {
-    {"format", "text csv tsv json markdown html"},
-    {"encoding", "utf-8 utf-16le utf-16be latin-1 windows-1252"},
-    {"separator", "comma semicolon tab bar space"},
-    {"ragged", "error fill"},
-    {"method",
+    {"", "format", "text csv tsv json markdown html"},
+    {"", "encoding", "utf-8 utf-16le utf-16be latin-1 windows-1252"},
+    {"", "separator", "comma semicolon tab bar space"},
+    {"", "ragged", "error fill"},
+    {"quantile", "method",
      "all linear weibull inverted_cdf averaged_inverted_cdf closest_observation interpolated_inverted_cdf"},
+    {"cor", "method", "pearson spearman kendall polychoric polychoric-ml"},
+    {"mantel", "method", "pearson spearman"},
+    {"", "alternative", "two-sided less greater"},
+    {"cor", "missing", "pairwise listwise"},
+    {"", "layout", "matrix pairs"},
 };
 
 /// Options that take a file.
@@ -36,9 +42,10 @@ bool takesFile(const std::string& option) {
 
 constexpr const char* kShells = "bash zsh fish";
 
-std::string valuesOf(const std::string& option) {
+std::string valuesOf(const std::string& command, const std::string& option) {
     for (const OptionValues& entry : kValues) {
-        if (option == entry.option) return entry.values;
+        const bool here = *entry.command == '\0' || command == entry.command;
+        if (here && option == entry.option) return entry.values;
     }
     return {};
 }
@@ -84,17 +91,18 @@ _numcore() {{
         mapfile -t COMPREPLY < <(compgen -W '{} --help --version' -- "$current")
         return
     fi
-    case $previous in
+    case ${{COMP_WORDS[1]}}\ $previous in
 )",
                                   names(commands));
     for (const OptionValues& entry : kValues) {
-        out +=
-            fmt::format("        --{}) mapfile -t COMPREPLY < <(compgen -W '{}' -- \"$current\"); return ;;\n",
-                        entry.option, entry.values);
+        out += fmt::format(
+            "        {}\\ --{}) mapfile -t COMPREPLY < <(compgen -W '{}' -- \"$current\"); return ;;\n",
+            *entry.command == '\0' ? "*" : entry.command, entry.option, entry.values);
     }
     for (const std::string_view option : kFileOptions) {
         out += fmt::format(
-            "        --{}) compopt -o filenames; mapfile -t COMPREPLY < <(compgen -f -- \"$current\"); return "
+            "        *\\ --{}) compopt -o filenames; mapfile -t COMPREPLY < <(compgen -f -- \"$current\"); "
+            "return "
             ";;\n",
             option);
     }
@@ -147,7 +155,7 @@ std::string writeZsh(const std::vector<CompletionCommand>& commands) {
         out += fmt::format("        {})\n            _arguments", command.name);
         for (const CompletionOption& option : command.options) {
             std::string argument = fmt::format("--{}[{}]", option.name, plain(option.help));
-            const std::string values = valuesOf(option.name);
+            const std::string values = valuesOf(command.name, option.name);
             if (takesFile(option.name)) {
                 argument += ":file:_files";
             } else if (!values.empty()) {
@@ -169,7 +177,7 @@ std::string writeFish(const std::vector<CompletionCommand>& commands) {
         out += fmt::format("complete -c numcore -n 'not __fish_seen_subcommand_from {}' -f -a {} -d {}\n", all,
                            command.name, quoted(command.help));
         for (const CompletionOption& option : command.options) {
-            const std::string values = valuesOf(option.name);
+            const std::string values = valuesOf(command.name, option.name);
             out += fmt::format("complete -c numcore -n '__fish_seen_subcommand_from {}' -l {} -d {}{}{}\n",
                                command.name, option.name, quoted(option.help),
                                takesFile(option.name) ? " -r -F"

@@ -25,6 +25,7 @@ constexpr const char* kExamples = R"(Examples:
   numcore describe survey.csv --columns Age,Pulse,Smoke --by Sex
   numcore describe sales.csv --separator ';' --decimal , --missing -999 --output sales.html
   numcore quantile airquality.csv --p 0.1,0.5,0.9 --method all
+  numcore cor airquality.csv --method spearman --plot map.svg
   numcore cdf normal 1.96 --both
   numcore quantile student 0.975 10
   numcore cdf gamma 0:10:0.5 2 3 --format csv
@@ -87,6 +88,7 @@ void addCommands(CLI::App& app, Options& options, RawOptions& raw) {
         ->group("Quantiles");
     addOutput(*quantile, options, raw);
     quantile->callback([&options] { options.command = Command::kQuantile; });
+    addCorrelationCommands(app, options, raw);
     addLawCommands(app, options, raw);
 
     CLI::App* completion = app.add_subcommand("completion", "Print a completion script for a shell");
@@ -234,6 +236,8 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, i
     if (!raw.format.empty()) options.output.format = formatNamed(raw.format);
     if (options.command == Command::kQuantile) decideQuantile(raw, options);
     if (options.command == Command::kQuantile) finishQuantile(raw, options.selection, options.quantile);
+    if (options.command == Command::kCorrelation) finishCorrelation(raw, options);
+    if (options.command == Command::kMantel) finishMantel(raw, options);
     if (options.law.upper && options.law.both) throw UsageError("--upper and --both: take one of them");
     return options;
 }

@@ -14,12 +14,25 @@ class App;
 
 namespace numcore::cli {
 
-enum class Command { kDescribe, kQuantile, kLaw, kDensity, kDistribution, kLawQuantile, kCompletion };
+enum class Command {
+    kDescribe,
+    kQuantile,
+    kLaw,
+    kDensity,
+    kDistribution,
+    kLawQuantile,
+    kCorrelation,
+    kReliability,
+    kMantel,
+    kCompletion
+};
 enum class Format { kText, kCsv, kTsv, kJson, kMarkdown, kHtml };
 
 struct SelectionOptions {
     std::vector<std::string> columns;  // selectors; none: every column
     std::vector<std::string> text;     // selectors of columns to be taken as text
+    std::vector<std::string> with;     // selectors of the columns across
+    std::vector<std::string> partial;  // selectors of columns held constant
     std::string weights;
     std::string by;
 };
@@ -51,6 +64,32 @@ struct LawRequest {
     std::string plot;  // SVG file; empty: none
 };
 
+enum class Coefficient { kPearson, kSpearman, kKendall, kPolychoric };
+enum class Alternative { kTwoSided, kLess, kGreater };
+enum class Layout { kByFormat, kMatrix, kPairs };
+
+struct CorrelationRequest {
+    Coefficient coefficient = Coefficient::kPearson;
+    bool fullLikelihood = false;  // polychoric: thresholds and coefficient together
+    bool covariance = false;
+    bool listwise = false;
+    Alternative alternative = Alternative::kTwoSided;
+    double alpha = 0.05;
+    bool intervals = false;
+    bool exact = false;
+    bool continuity = false;
+    Layout layout = Layout::kByFormat;
+    std::string plot;  // SVG file; empty: none
+};
+
+struct MantelRequest {
+    std::vector<std::string> files;  // the third is held constant
+    bool ranks = false;
+    Alternative alternative = Alternative::kGreater;
+    int nPermutations = 9999;
+    std::optional<int> seed;
+};
+
 struct Options {
     Command command = Command::kDescribe;
     std::string file;  // empty: none
@@ -59,6 +98,8 @@ struct Options {
     OutputOptions output;
     QuantileRequest quantile;
     LawRequest law;
+    CorrelationRequest correlation;
+    MantelRequest mantel;
     std::string shell;
 };
 

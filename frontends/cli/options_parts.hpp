@@ -31,6 +31,9 @@ struct RawOptions {
     std::vector<std::string> orders;
     std::vector<std::string> methods;
     std::string fileOrLaw;
+    std::string coefficient;
+    std::string alternative;
+    std::string layout;
 };
 
 /// How a file is to be read: separator, missing words, ...
@@ -44,6 +47,12 @@ void addOutput(CLI::App& command, Options& options, RawOptions& raw);
 void addLawCommands(CLI::App& app, Options& options, RawOptions& raw);
 /// What quantile takes for a law.
 void addLawQuantiles(CLI::App& command, Options& options);
+
+/// The commands cor, alpha and mantel.
+void addCorrelationCommands(CLI::App& app, Options& options, RawOptions& raw);
+/// Their values from their words. Throw UsageError.
+void finishCorrelation(const RawOptions& raw, Options& options);
+void finishMantel(const RawOptions& raw, Options& options);
 
 /// A file or a law: quantile takes both. Sets the command and what it is about. Throws UsageError.
 void decideQuantile(const RawOptions& raw, Options& options);

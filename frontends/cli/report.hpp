@@ -17,15 +17,24 @@ struct Below {
     bool operator==(const Below&) const = default;
 };
 
-/// A cell: no value, a count, a number, a text, or a bound.
-using Cell = std::variant<std::monostate, std::int64_t, double, std::string, Below>;
+/// A number with a mark behind it for people: "0.348 ***". Machines see the number.
+struct Marked {
+    double value;
+    std::string mark;
+    bool operator==(const Marked&) const = default;
+};
+
+/// A cell: no value, a count, a number, a text, a bound, or a marked number.
+using Cell = std::variant<std::monostate, std::int64_t, double, std::string, Below, Marked>;
 
 /// The kind of a column decides how its numbers are shown to people.
 enum class ColumnKind {
     kText,
-    kCount,   // whole numbers as they are
-    kValue,   // values of the data: shown in full when they are short
-    kNumber,  // computed numbers
+    kCount,        // whole numbers as they are
+    kValue,        // values of the data: shown in full when they are short
+    kNumber,       // computed numbers
+    kCoefficient,  // with as many decimals throughout: 0.500
+    kProbability,  // the same, and a bound for what is smaller: <0.0001
 };
 
 struct ReportColumn {
@@ -41,6 +50,7 @@ struct ReportTable {
     std::vector<std::vector<Cell>> rows;
     std::size_t nKeys = 1;  // leading columns that name the row; repeated keys show once in text
     std::vector<std::string> notes;
+    bool detail = false;  // how the results came about: for JSON only
 };
 
 struct RowCounts {

@@ -7,18 +7,34 @@
 #include <new>
 #include <optional>
 
+#include "cli/correlation/command.hpp"
 #include "cli/describe.hpp"
 #include "cli/errors.hpp"
 #include "cli/laws/command.hpp"
+#include "cli/mantel/command.hpp"
 #include "cli/output/sink.hpp"
 #include "cli/output/writers.hpp"
 #include "cli/platform.hpp"
 #include "cli/quantile.hpp"
 #include "cli/read.hpp"
+#include "cli/reliability.hpp"
 
 namespace numcore::cli {
 
 namespace {
+
+const char* commandName(Command command) {
+    switch (command) {
+        case Command::kQuantile:
+            return "quantile";
+        case Command::kCorrelation:
+            return "cor";
+        case Command::kReliability:
+            return "alpha";
+        default:
+            return "describe";
+    }
+}
 
 void noteSettings(const Options& options, const Sample& sample, Report& report) {
     if (sample.weighted()) report.settings.emplace_back("weights", sample.weightsName);
@@ -38,19 +54,6 @@ void noteSettings(const Options& options, const Sample& sample, Report& report) 
 
 void say(const char* kind, const std::string& text) {
     fmt::print(stderr, "numcore: {}{}\n", kind, text);
-}
-
-/// The format asked for, or that of the output file's ending.
-Format formatOf(const OutputOptions& options) {
-    if (options.format) return *options.format;
-    const std::string ending = pathFromUtf8(options.path).extension().string();
-    constexpr std::pair<const char*, Format> kEndings[] = {
-        {".csv", Format::kCsv},   {".tsv", Format::kTsv},     {".tab", Format::kTsv},
-        {".json", Format::kJson}, {".md", Format::kMarkdown}, {".markdown", Format::kMarkdown},
-        {".html", Format::kHtml}, {".htm", Format::kHtml}};
-    const auto found =
-        std::ranges::find(kEndings, ending, [](const auto& entry) { return std::string(entry.first); });
-    return found == std::end(kEndings) ? Format::kText : found->second;
 }
 
 TextStyle styleOf(const OutputOptions& options) {
@@ -101,14 +104,23 @@ int runCommand(const Options& options) {
 
 Report analyse(const Options& options) {
     if (isLawCommand(options.command)) return analyseLaw(options);
+    if (options.command == Command::kMantel) return testMatrices(options);
     Report report;
-    report.command = options.command == Command::kQuantile ? "quantile" : "describe";
+    report.command = commandName(options.command);
     ReadSample read = readSample(options, report);
     noteSettings(options, read.sample, report);
-    if (options.command == Command::kQuantile) {
-        quantiles(std::move(read.sample), options.quantile, report);
-    } else {
-        describe(std::move(read.sample), options.output.maxCategories, report);
+    switch (options.command) {
+        case Command::kQuantile:
+            quantiles(std::move(read.sample), options.quantile, report);
+            break;
+        case Command::kCorrelation:
+            correlations(std::move(read.sample), options, report);
+            break;
+        case Command::kReliability:
+            reliability(std::move(read.sample), report);
+            break;
+        default:
+            describe(std::move(read.sample), options.output.maxCategories, report);
     }
     return report;
 }

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 #include <unordered_map>
 #include <utility>
@@ -30,13 +31,13 @@ auto gather(const Range& cells, const std::vector<std::size_t>& rows) {
 }
 
 void checkWeights(std::span<const double> weights, const CsvFile& file, const std::string& name) {
-    const auto bad =
-        std::ranges::find_if(weights, [](double w) { return w != NUMCORE_MISSING && !(w >= 0.0); });
+    const auto bad = std::ranges::find_if(
+        weights, [](double w) { return w != NUMCORE_MISSING && !(w >= 0.0 && std::isfinite(w)); });
     if (bad == weights.end()) return;
     const std::size_t line = file.lineOfRow(static_cast<std::size_t>(bad - weights.begin()));
-    throw DataError(
-        atLine(file.name(), line,
-               fmt::format("column {}: a weight of {}; weights are 0 or above", quotedForMessage(name), *bad)));
+    throw DataError(atLine(file.name(), line,
+                           fmt::format("column {}: a weight of {}; weights are finite and 0 or above",
+                                       quotedForMessage(name), *bad)));
 }
 
 /// Rows with a group and a weight above 0, when there are groups and weights.
@@ -88,8 +89,30 @@ void dropRows(Sample& sample, Report& report) {
     }
 }
 
+void takeColumns(CsvData& data, const std::vector<std::size_t>& places, Role role, Sample& sample) {
+    for (const std::size_t j : places) {
+        CsvColumn& column = data.columns[j];
+        if (column.kind == Target::kNumbers) {
+            sample.numbers.push_back({column.name, std::move(column.numbers), column.nMissing, role});
+        } else {
+            sample.texts.push_back({column.name, std::move(column.texts), column.nMissing, role});
+        }
+    }
+}
+
+std::optional<double> numberOf(std::string_view text) {
+    static const CellReader reader('.', {});
+    double value = 0.0;
+    std::size_t ignored = 0;
+    if (reader.read(text, value, ignored) != CellKind::kNumber) return std::nullopt;
+    return value;
+}
+
+}  // namespace
+
 void countMissing(const Sample& sample, RowCounts& counts) {
     std::vector<bool> incomplete(sample.nRows);
+    counts.missingCells = 0;
     const auto note = [&](std::size_t i) {
         incomplete[i] = true;
         ++counts.missingCells;
@@ -108,29 +131,14 @@ void countMissing(const Sample& sample, RowCounts& counts) {
     counts.withMissing = static_cast<std::size_t>(std::ranges::count(incomplete, true));
 }
 
-std::optional<double> numberOf(std::string_view text) {
-    static const CellReader reader('.', {});
-    double value = 0.0;
-    std::size_t ignored = 0;
-    if (reader.read(text, value, ignored) != CellKind::kNumber) return std::nullopt;
-    return value;
-}
-
-}  // namespace
-
 Sample takeSample(CsvData data, const Selection& selection, const CsvFile& file, Report& report) {
     Sample sample;
     sample.nRows = data.nRows;
     report.rows.read = data.nRows;
     report.rows.blankLines = data.nBlankLines;
-    for (const std::size_t j : selection.analysed) {
-        CsvColumn& column = data.columns[j];
-        if (column.kind == Target::kNumbers) {
-            sample.numbers.push_back({column.name, std::move(column.numbers), column.nMissing});
-        } else {
-            sample.texts.push_back({column.name, std::move(column.texts), column.nMissing});
-        }
-    }
+    takeColumns(data, selection.analysed, Role::kVariable, sample);
+    takeColumns(data, selection.with, Role::kAcross, sample);
+    takeColumns(data, selection.partial, Role::kHeldConstant, sample);
     if (selection.weights) {
         sample.weightsName = data.columns[*selection.weights].name;
         sample.weights = std::move(data.columns[*selection.weights].numbers);
@@ -144,6 +152,15 @@ Sample takeSample(CsvData data, const Selection& selection, const CsvFile& file,
     if (sample.nRows == 0) throw DataError(file.name() + ": no row is left: " + report.droppedWhy);
     countMissing(sample, report.rows);
     return sample;
+}
+
+std::string textsLeftOut(const Sample& sample) {
+    std::string names;
+    for (const TextColumn& column : sample.texts)
+        names += (names.empty() ? "" : ", ") + quotedForMessage(column.name);
+    if (names.empty()) return names;
+    return names +
+           (sample.texts.size() == 1 ? " is left out: it holds texts" : " are left out: they hold texts");
 }
 
 std::vector<Group> groupsOf(const Sample& sample) {
@@ -164,10 +181,10 @@ Sample takeRows(const Sample& sample, const std::vector<std::size_t>& rows) {
     out.nRows = rows.size();
     for (const NumberColumn& column : sample.numbers) {
         const auto cells = gather(column.cells.asDoubles(), rows);
-        out.numbers.push_back({column.name, caller::Array::doubles(cells), column.nMissing});
+        out.numbers.push_back({column.name, caller::Array::doubles(cells), column.nMissing, column.role});
     }
     for (const TextColumn& column : sample.texts) {
-        out.texts.push_back({column.name, gather(column.cells, rows), column.nMissing});
+        out.texts.push_back({column.name, gather(column.cells, rows), column.nMissing, column.role});
     }
     if (sample.weighted()) out.weights = caller::Array::doubles(gather(sample.weights.asDoubles(), rows));
     out.weightsName = sample.weightsName;

@@ -13,16 +13,21 @@
 
 namespace numcore::cli {
 
+/// What a column is for in an analysis that tells them apart.
+enum class Role { kVariable, kAcross, kHeldConstant };
+
 /// A named column of numbers, or of texts (empty: missing).
 struct NumberColumn {
     std::string name;
     caller::Array cells;
     std::size_t nMissing = 0;  // before rows were dropped
+    Role role = Role::kVariable;
 };
 struct TextColumn {
     std::string name;
     std::vector<std::string_view> cells;
     std::size_t nMissing = 0;
+    Role role = Role::kVariable;
 };
 
 /// Columns of equal length. Texts are views into the file.
@@ -42,6 +47,12 @@ struct Sample {
 /// Takes the columns of a selection out of what was read. Rows without a group, and rows whose weight is
 /// missing or 0, are dropped and counted. Throws DataError for a negative weight.
 Sample takeSample(CsvData data, const Selection& selection, const CsvFile& file, Report& report);
+
+/// Counts the missing cells of a sample's columns and the rows that have one.
+void countMissing(const Sample& sample, RowCounts& counts);
+
+/// The sentence that names a sample's columns of texts, which are left out; empty when there is none.
+std::string textsLeftOut(const Sample& sample);
 
 /// One group and its rows, ascending.
 struct Group {

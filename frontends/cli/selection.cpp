@@ -85,6 +85,38 @@ void addList(std::string_view list, const Names& names, std::vector<std::size_t>
     }
 }
 
+/// What each column is for: one thing only.
+class Parts {
+  public:
+    explicit Parts(const Names& names) : names_(names), parts_(names.size(), nullptr) {}
+
+    void claim(std::size_t j, const char* part) {
+        if (parts_[j] != nullptr && parts_[j] != part) {
+            throw UsageError(
+                fmt::format("column {} {} and {} too", quotedForMessage(names_[j]), parts_[j], part));
+        }
+        parts_[j] = part;
+    }
+    bool taken(std::size_t j) const { return parts_[j] != nullptr; }
+
+  private:
+    const Names& names_;
+    std::vector<const char*> parts_;
+};
+
+/// The columns of several lists, each once.
+std::vector<std::size_t> claimLists(const std::vector<std::string>& lists, const Names& names, Parts& parts,
+                                    const char* part) {
+    std::vector<std::size_t> out;
+    for (const std::string& list : lists) {
+        for (const std::size_t j : resolveColumns(list, names)) {
+            parts.claim(j, part);
+            if (std::ranges::find(out, j) == out.end()) out.push_back(j);
+        }
+    }
+    return out;
+}
+
 std::size_t resolveOne(const std::string& word, const Names& names) {
     const auto column = findColumn(word, names);
     if (!column) throw unknownColumn(word, names);
@@ -105,28 +137,26 @@ std::vector<std::size_t> resolveColumns(std::string_view list, const std::vector
 
 Selection selectColumns(const SelectionOptions& options, const std::vector<std::string>& names) {
     Selection selection;
+    Parts parts(names);
     selection.wants.assign(names.size(), Want::kSkip);
-    if (!options.weights.empty()) selection.weights = resolveOne(options.weights, names);
-    if (!options.by.empty()) selection.by = resolveOne(options.by, names);
-    const auto isHelper = [&](std::size_t j) { return selection.weights == j || selection.by == j; };
-    if (options.columns.empty()) {
-        for (std::size_t j = 0; j < names.size(); ++j) {
-            if (!isHelper(j)) selection.analysed.push_back(j);
-        }
+    if (!options.weights.empty()) {
+        selection.weights = resolveOne(options.weights, names);
+        parts.claim(*selection.weights, "holds the weights");
     }
-    for (const std::string& list : options.columns) {
-        for (const std::size_t j : resolveColumns(list, names)) {
-            if (isHelper(j))
-                throw UsageError(fmt::format("column {} holds the weights or groups and cannot be analysed too",
-                                             quotedForMessage(names[j])));
-            if (std::ranges::find(selection.analysed, j) == selection.analysed.end())
-                selection.analysed.push_back(j);
-        }
+    if (!options.by.empty()) {
+        selection.by = resolveOne(options.by, names);
+        parts.claim(*selection.by, "holds the groups");
+    }
+    selection.partial = claimLists(options.partial, names, parts, "is held constant (--partial)");
+    selection.with = claimLists(options.with, names, parts, "stands across (--with)");
+    selection.analysed = claimLists(options.columns, names, parts, "is analysed (--columns)");
+    for (std::size_t j = 0; options.columns.empty() && j < names.size(); ++j) {
+        if (!parts.taken(j)) selection.analysed.push_back(j);
     }
     if (selection.analysed.empty()) throw UsageError("no column to analyse is left");
-    if (selection.weights && selection.weights == selection.by)
-        throw UsageError("weights and groups are the same column");
-    for (const std::size_t j : selection.analysed) selection.wants[j] = Want::kAsIs;
+    for (const auto* list : {&selection.analysed, &selection.with, &selection.partial}) {
+        for (const std::size_t j : *list) selection.wants[j] = Want::kAsIs;
+    }
     for (const std::string& list : options.text) {
         for (const std::size_t j : resolveColumns(list, names)) {
             if (selection.wants[j] == Want::kAsIs) selection.wants[j] = Want::kTexts;

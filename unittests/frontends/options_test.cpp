@@ -76,6 +76,32 @@ TEST(Options, TakesLawsWithValuesAndParameters) {
     EXPECT_EQ(parse({"law", "gamma", "2"}).law.arguments, std::vector<std::string>{"2"});
 }
 
+TEST(Options, ReadsCorrelationRequests) {
+    const Options plain = parse({"cor", "f.csv"});
+    EXPECT_EQ(plain.command, Command::kCorrelation);
+    EXPECT_EQ(plain.correlation.coefficient, Coefficient::kPearson);
+    EXPECT_FALSE(plain.correlation.listwise);
+    const Options full = parse(
+        {"cor",           "f.csv",  "-m",      "Kendall", "--exact", "--continuity", "--missing", "-9,listwise",
+         "--alternative", "less",   "--alpha", "0.01",    "--ci",    "-c",           "1-3",       "--with",
+         "a,b",           "--with", "c",       "--plot",  "m.svg",   "--layout",     "matrix"});
+    EXPECT_EQ(full.correlation.coefficient, Coefficient::kKendall);
+    EXPECT_TRUE(full.correlation.exact && full.correlation.continuity && full.correlation.intervals);
+    EXPECT_TRUE(full.correlation.listwise);
+    EXPECT_EQ(full.csv.missingWords, std::vector<std::string>{"-9"});
+    EXPECT_EQ(full.correlation.alternative, Alternative::kLess);
+    EXPECT_EQ(full.correlation.alpha, 0.01);
+    EXPECT_EQ(full.selection.with, (std::vector<std::string>{"a,b", "c"}));
+    EXPECT_EQ(full.correlation.layout, Layout::kMatrix);
+    EXPECT_TRUE(parse({"cor", "f.csv", "-m", "polychoric-ml"}).correlation.fullLikelihood);
+    EXPECT_EQ(parse({"alpha", "f.csv", "-b", "g"}).command, Command::kReliability);
+    const Options mantel = parse({"mantel", "a.csv", "b.csv", "c.csv", "-m", "spearman", "--seed", "-4"});
+    EXPECT_EQ(mantel.mantel.files, (std::vector<std::string>{"a.csv", "b.csv", "c.csv"}));
+    EXPECT_TRUE(mantel.mantel.ranks);
+    EXPECT_EQ(mantel.mantel.seed, -4);
+    EXPECT_EQ(mantel.mantel.alternative, Alternative::kGreater);
+}
+
 TEST(Options, TellsFilesFromLaws) {
     const Options law = parse({"quantile", "student", "0.975", "10", "--both"});
     EXPECT_EQ(law.command, Command::kLawQuantile);
@@ -107,6 +133,17 @@ TEST(Options, RefusesWhatMakesNoSense) {
         {"describe", "f.csv", "--ragged", "maybe"},
         {"quantile", "f.csv", "-w", "w", "-m", "5"},
         {"quantile", "f.csv", "--confidence", "95"},
+        {"cor", "f.csv", "--alpha", "1"},
+        {"cor", "f.csv", "-m", "all"},
+        {"cor", "f.csv", "--exact"},
+        {"cor", "f.csv", "--alternative", "both"},
+        {"cor", "f.csv", "--missing", "pairwise", "--missing", "listwise"},
+        {"cor", "f.csv", "--covariance", "-m", "spearman"},
+        {"cor", "f.csv", "--covariance", "--ci"},
+        {"cor", "f.csv", "--partial", "z", "-m", "kendall"},
+        {"mantel", "a.csv"},
+        {"mantel", "a.csv", "b.csv", "c.csv", "d.csv"},
+        {"mantel", "-", "-"},
         {"quantile", "neither"},
         {"quantile", "f.csv", "0.5"},
         {"quantile", NUMCORE_DATA_DIR "/iris.csv", "0.5"},
@@ -130,6 +167,7 @@ TEST(Completion, OffersTheOptionsThatExist) {
     const std::string bash = completionScript("bash");
     EXPECT_NE(bash.find("== law ]]; then\n        mapfile -t COMPREPLY < <(compgen -W 'list "),
               std::string::npos);
+    EXPECT_NE(bash.find("cor\\ --method) mapfile -t COMPREPLY < <(compgen -W 'pearson "), std::string::npos);
     EXPECT_NE(bash.find("--plot) compopt -o filenames"), std::string::npos);
     EXPECT_THROW(completionScript("csh"), UsageError);
 }

@@ -140,6 +140,27 @@ TEST_F(Program, DrawsLawsToFiles) {
     }
 }
 
+TEST_F(Program, Correlates) {
+    const Outcome outcome = run("cor " + kAirquality + " -c Ozone,Wind,Temp --plot " + path("map.svg"));
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_NE(
+        outcome.output.find("\nOzone   1.000\nWind   -0.602***   1.000\nTemp    0.698***  -0.458***  1.000\n"),
+        std::string::npos)
+        << outcome.output;
+    EXPECT_NE(outcome.output.find("\nWind  <0.0001\nTemp  <0.0001  <0.0001\n"), std::string::npos);
+    EXPECT_EQ(read("map.svg").substr(0, 4), "<svg");
+    const std::string written = run("cor " + kAirquality + " -c Ozone,Wind -o " + path("cor.csv")).output;
+    EXPECT_EQ(read("cor.csv").substr(0, 62), "variable,with,coefficient,p,significant,squared,lower,upper,n\n")
+        << written;
+    EXPECT_EQ(run("cor " + kAirquality + " -c Ozone --with Nothing").exitCode, 1);
+    EXPECT_EQ(run("cor " + kAirquality + " -c Ozone").exitCode, 2);
+    EXPECT_EQ(run("alpha " + kAirquality + " -c Ozone-Temp").exitCode, 0);
+    EXPECT_EQ(run("mantel " + kAirquality + " " + kAirquality).exitCode, 2) << "not square";
+    if (shell("xmllint --version 2>/dev/null").exitCode == 0) {
+        EXPECT_EQ(shell("xmllint --noout " + path("map.svg")).exitCode, 0);
+    }
+}
+
 TEST_F(Program, NamesFileLineColumnAndWhatToDo) {
     std::string text = "x,y\n";
     for (int i = 0; i < 40; ++i) text += "1,2\n";

@@ -1,9 +1,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "cli/errors.hpp"
 #include "cli/output/writers.hpp"
+#include "cli/platform.hpp"
 
 namespace numcore::cli {
 
@@ -37,11 +40,28 @@ std::vector<std::string> footerLines(const Report& report) {
 std::string missingLegend(const Report& report, std::string_view sign) {
     const auto isMissing = [](const Cell& cell) { return std::holds_alternative<std::monostate>(cell); };
     for (const ReportTable& table : report.tables) {
+        if (table.detail) continue;
         for (const auto& row : table.rows) {
             if (std::ranges::any_of(row, isMissing)) return fmt::format("{} no value", sign);
         }
     }
     return {};
+}
+
+Format formatOf(const OutputOptions& options) {
+    if (options.format) return *options.format;
+    const std::string ending = pathFromUtf8(options.path).extension().string();
+    constexpr std::pair<const char*, Format> kEndings[] = {
+        {".csv", Format::kCsv},   {".tsv", Format::kTsv},     {".tab", Format::kTsv},
+        {".json", Format::kJson}, {".md", Format::kMarkdown}, {".markdown", Format::kMarkdown},
+        {".html", Format::kHtml}, {".htm", Format::kHtml}};
+    const auto found =
+        std::ranges::find(kEndings, ending, [](const auto& entry) { return std::string(entry.first); });
+    return found == std::end(kEndings) ? Format::kText : found->second;
+}
+
+bool isForMachines(Format format) {
+    return format == Format::kCsv || format == Format::kTsv || format == Format::kJson;
 }
 
 std::string render(const Report& report, Format format, const TextStyle& style) {

@@ -21,6 +21,7 @@ std::string field(const std::string& text, char separator) {
 std::string writeDelimited(const Report& report, char separator) {
     std::string out;
     for (const ReportTable& table : report.tables) {
+        if (table.detail) continue;
         if (!out.empty()) out += "\n";
         const auto append = [&](std::size_t j, const std::string& text) {
             out += field(text, separator);

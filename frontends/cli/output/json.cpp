@@ -11,6 +11,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 Json jsonOf(const Cell& cell) {
+    if (const auto* marked = std::get_if<Marked>(&cell)) return jsonOf(Cell(marked->value));
     if (const auto* text = std::get_if<std::string>(&cell)) return *text;
     if (const auto* count = std::get_if<std::int64_t>(&cell)) return *count;
     if (std::holds_alternative<Below>(cell)) return 0.0;
@@ -81,6 +82,8 @@ std::string writeJson(const Report& report) {
         out["layout"] = jsonOf(report.layout);
         out["settings"] = jsonOf(report.settings);
         out["rows"] = jsonOf(report.rows);
+    } else if (!report.settings.empty()) {
+        out["settings"] = jsonOf(report.settings);
     }
     out["tables"] = Json::array();
     for (const ReportTable& table : report.tables) out["tables"].push_back(jsonOf(table));

@@ -78,6 +78,7 @@ td {{ border-bottom: 1px solid #ccc; }}
 std::string writeMarkdown(const Report& report, const TextStyle& style) {
     std::string out = fmt::format("# {}\n", markdownText(titleLine(report)));
     for (const ReportTable& table : report.tables) {
+        if (table.detail) continue;
         out += fmt::format("\n## {}\n\n|", table.title);
         for (const ReportColumn& column : table.columns)
             out += fmt::format(" {} |", markdownText(column.title));
@@ -103,6 +104,7 @@ std::string writeHtml(const Report& report, const TextStyle& style) {
     const std::string title = htmlText(titleLine(report));
     std::string out = fmt::format(fmt::runtime(kHtmlHead), title, title);
     for (const ReportTable& table : report.tables) {
+        if (table.detail) continue;
         const auto append = [&](const char* tag, std::size_t j, const std::string& text) {
             const bool number = table.columns[j].kind != ColumnKind::kText;
             out += fmt::format("<{0}{1}>{2}</{0}>", tag, number ? " class=\"number\"" : "", htmlText(text));

@@ -22,9 +22,9 @@ std::string spaces(int n) {
     return std::string(static_cast<std::size_t>(std::max(n, 0)), ' ');
 }
 
-/// Length of a number's text up to its decimal point or exponent.
+/// Length of a number's text up to its decimal point, exponent or mark.
 std::size_t wholeLength(const std::string& number) {
-    const std::size_t at = number.find_first_of(".e");
+    const std::size_t at = number.find_first_of(".e*");
     // ".", "inf" and "nan" stand with their last character over the units.
     return at == std::string::npos || at == 0 ? number.size() : at;
 }
@@ -140,6 +140,7 @@ std::vector<std::vector<const Block*>> makePanels(const std::vector<Block>& bloc
 std::string writeText(const Report& report, const TextStyle& style) {
     std::string out = titleLine(report) + "\n";
     for (const ReportTable& table : report.tables) {
+        if (table.detail) continue;
         out += "\n" + table.title + "\n";
         const std::vector<Block> blocks = makeBlocks(table, style);
         bool first = true;

@@ -26,6 +26,11 @@ std::string writeDelimited(const Report& report, char separator);
 /// Everything, in full precision; a missing value is null, other non-finite numbers are texts.
 std::string writeJson(const Report& report);
 
+/// The format asked for, or that of the output file's ending.
+Format formatOf(const OutputOptions& options);
+/// CSV, TSV, JSON: exact numbers, nothing laid out for the eye.
+bool isForMachines(Format format);
+
 std::string render(const Report& report, Format format, const TextStyle& style);
 
 /// What people must know besides the tables: rows used, dropped, missing; notes.

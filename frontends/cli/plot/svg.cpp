@@ -23,6 +23,11 @@ text { font-family: "DejaVu Sans", "Liberation Sans", Arial, Helvetica, sans-ser
 .bar-dense { fill: #9db5d0; }
 .bar-asked { fill: #a84a12; stroke: #8a3b00; stroke-width: 1; }
 .hint { stroke: #8a3b00; stroke-width: 1; stroke-dasharray: 5 3; fill: none; }
+.positive { fill: #2f6fad; stroke: none; }
+.negative { fill: #b5561c; stroke: none; }
+.cell { stroke: #777; stroke-width: 1; fill: none; }
+.cell-text, .cell-strong { paint-order: stroke; stroke: #fff; stroke-width: 3px; }
+.cell-strong { font-weight: bold; }
 .dot { fill: #fff; stroke: #8a3b00; stroke-width: 2; }
 </style>
 )";
@@ -108,6 +113,27 @@ void Svg::rectangle(const Box& box, const char* styleClass) {
                         number(box.bottom - box.top));
 }
 
+void Svg::shade(const Box& box, const char* styleClass, double fill) {
+    out_ +=
+        fmt::format("<rect class=\"{}\" fill-opacity=\"{}\" x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"/>\n",
+                    styleClass, number(fill), number(box.left), number(box.top), number(box.right - box.left),
+                    number(box.bottom - box.top));
+}
+
+void Svg::hatch(const Box& box, double strength) {
+    if (!hatched_) {
+        out_ +=
+            "<pattern id=\"hatch\" width=\"7\" height=\"7\" patternUnits=\"userSpaceOnUse\" "
+            "patternTransform=\"rotate(45)\"><line x1=\"0\" y1=\"0\" x2=\"0\" y2=\"7\" stroke=\"#4d2208\" "
+            "stroke-width=\"1.6\"/></pattern>\n";
+        hatched_ = true;
+    }
+    out_ += fmt::format(
+        "<rect fill=\"url(#hatch)\" fill-opacity=\"{}\" x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"/>\n",
+        number(strength), number(box.left), number(box.top), number(box.right - box.left),
+        number(box.bottom - box.top));
+}
+
 void Svg::circle(Point centre, double radius, const char* styleClass) {
     out_ += fmt::format("<circle class=\"{}\" cx=\"{}\" cy=\"{}\" r=\"{}\"/>\n", styleClass, number(centre.x),
                         number(centre.y), number(radius));
@@ -118,13 +144,13 @@ void Svg::text(Point at, std::string_view text, const char* styleClass, Anchor a
                         number(at.x), number(at.y), anchorName(anchor), escaped(text));
 }
 
-void Svg::textUpward(Point at, std::string_view text, const char* styleClass) {
+void Svg::textUpward(Point at, std::string_view text, const char* styleClass, Anchor anchor) {
     const std::string x = number(at.x);
     const std::string y = number(at.y);
     out_ += fmt::format(
-        "<text class=\"{0}\" x=\"{1}\" y=\"{2}\" text-anchor=\"middle\" transform=\"rotate(-90 {1} "
+        "<text class=\"{0}\" x=\"{1}\" y=\"{2}\" text-anchor=\"{4}\" transform=\"rotate(-90 {1} "
         "{2})\">{3}</text>\n",
-        styleClass, x, y, escaped(text));
+        styleClass, x, y, escaped(text), anchorName(anchor));
 }
 
 void Svg::beginClip(const Box& box) {

@@ -22,7 +22,8 @@ struct Box {
 enum class Anchor { kStart, kMiddle, kEnd };
 
 /// Writes shapes in the order of the calls, later ones on top. Coordinates are pixels from the upper left
-/// corner. Classes: frame, grid, curve, area, bar, bar-dense, bar-asked, dot, hint, hint-text, title, label.
+/// corner. Classes: frame, grid, curve, area, bar, bar-dense, bar-asked, dot, hint, hint-text, title, label; of
+/// maps: positive, negative, cell, cell-text, cell-strong.
 class Svg {
   public:
     Svg(double width, double height, std::string_view title);
@@ -31,10 +32,14 @@ class Svg {
     void polyline(std::span<const Point> points, const char* styleClass);
     void polygon(std::span<const Point> points, const char* styleClass);
     void rectangle(const Box& box, const char* styleClass);
+    /// A rectangle of a class with its fill from 0 (none) to 1 (full).
+    void shade(const Box& box, const char* styleClass, double fill);
+    /// Diagonal lines over a box, from faint (0) to full (1).
+    void hatch(const Box& box, double strength);
     void circle(Point centre, double radius, const char* styleClass);
     void text(Point at, std::string_view text, const char* styleClass, Anchor anchor = Anchor::kStart);
     /// Turned by a quarter to read upward.
-    void textUpward(Point at, std::string_view text, const char* styleClass);
+    void textUpward(Point at, std::string_view text, const char* styleClass, Anchor anchor = Anchor::kMiddle);
 
     /// Shapes until the end of the clip are cut at a box.
     void beginClip(const Box& box);
@@ -48,6 +53,7 @@ class Svg {
 
     std::string out_;
     int nClips_ = 0;
+    bool hatched_ = false;
 };
 
 }  // namespace numcore::cli::plot
