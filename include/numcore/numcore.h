@@ -15,6 +15,8 @@
 #include "numcore/host.h"
 #include "numcore/law_codes.h"
 #include "numcore/noncentral_laws.h"
+#include "numcore/parametric_tests.h"
 #include "numcore/records.h"
+#include "numcore/resampling.h"
 #include "numcore/special.h"
 #include "numcore/studentized_range.h"

@@ -5,15 +5,12 @@
 #include <span>
 
 #include "correlation/association/biserial.hpp"
+#include "exports/caller_cells.hpp"
 #include "suite/vmcore.hpp"
 
 namespace numcore::association {
 
-/// n cells; empty for null or n < 1.
-template <class Cell>
-std::span<const Cell> cellsAt(const Cell* cells, std::int32_t n) {
-    return cells == nullptr || n < 1 ? std::span<const Cell>() : std::span(cells, static_cast<std::size_t>(n));
-}
+using exports::cellsAt;
 
 /// Alternative code of a caller.
 inline Side sideOfCode(std::int32_t alternative) {

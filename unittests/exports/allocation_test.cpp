@@ -216,4 +216,106 @@ INSTANTIATE_TEST_SUITE_P(
                   }}),
     [](const auto& param) { return std::string(param.param.name); });
 
+// The tests of means and variances catch what fails and say so by their status; outputs stay as they were.
+struct ParametricDoor {
+    const char* name;
+    std::function<std::int32_t(Caller&, ResamplingOptions&, double&)> call;
+};
+
+void PrintTo(const ParametricDoor& door, std::ostream* out) {
+    *out << door.name;
+}
+
+class ParametricAllocationFailures : public ::testing::TestWithParam<ParametricDoor> {};
+
+TEST_P(ParametricAllocationFailures, AreTheStatus) {
+    Caller caller;
+    ResamplingOptions options{};
+    options.useResampling = NUMCORE_TRUE;
+    options.seedGiven = NUMCORE_TRUE;
+    options.nResamples = 20;
+    options.maxArrangements = -1;
+    const ResamplingOptions untouched = options;
+    double out = 0.0;
+    ASSERT_EQ(GetParam().call(caller, options, out), 0);
+    constexpr int kMaxAllocations = 5000;
+    int iFailing = 0;
+    for (; iFailing < kMaxAllocations; ++iFailing) {
+        options = untouched;
+        out = 123.5;
+        const long liveBefore = liveAllocations;
+        allocationsLeft = iFailing;
+        const std::int32_t status = GetParam().call(caller, options, out);
+        const bool reached = allocationsLeft < 0;
+        allocationsLeft = -1;
+        ASSERT_EQ(liveAllocations, liveBefore) << "allocation " << iFailing << " failed and something leaked";
+        if (!reached) break;
+        ASSERT_EQ(status, -101) << "allocation " << iFailing;
+        ASSERT_EQ(out, 123.5);
+        ASSERT_EQ(options.nUsed, 0);
+    }
+    EXPECT_GT(iFailing, 0);
+    EXPECT_LT(iFailing, kMaxAllocations);
+}
+
+const double kX[] = {3.0, 1.0, 4.0, 1.5, 5.0};
+const double kY[] = {9.0, 2.0, 6.0, 5.5, 3.0};
+const std::int32_t kGroups[] = {1, 2, 1, 2, 1};
+
+INSTANTIATE_TEST_SUITE_P(
+    Doors, ParametricAllocationFailures,
+    ::testing::Values(ParametricDoor{"TZCompute",
+                                     [](Caller& c, ResamplingOptions& options, double& out) {
+                                         ST_TZParam param{};
+                                         param.test = NUMCORE_MEAN_T;
+                                         param.design = NUMCORE_MEAN_ONE_SAMPLE;
+                                         param.alpha = 0.05;
+                                         param.resampling = &options;
+                                         ST_TZResults results{};
+                                         results.nTests = -1;
+                                         const std::int32_t status = Cpp_TZ_Compute(&c.data_, &param, &results);
+                                         if (results.nTests >= 0) out = results.nTests;
+                                         return status;
+                                     }},
+                      ParametricDoor{"TTest",
+                                     [](Caller&, ResamplingOptions& options, double& out) {
+                                         return Cpp_TTest2SamplesNew(kX, 5, kY, 5, nullptr, nullptr, 0, 0.05, 0,
+                                                                     -1, 0, 0, &options, nullptr, nullptr,
+                                                                     nullptr, nullptr, &out, nullptr, nullptr,
+                                                                     nullptr);
+                                     }},
+                      ParametricDoor{"ZTestPaired",
+                                     [](Caller&, ResamplingOptions& options, double& out) {
+                                         return Cpp_ZTest2SamplesNew(kX, 5, kY, 5, kX, nullptr, 0, 0, 0, 0,
+                                                                     0.05, 0, -1, &options, nullptr, nullptr,
+                                                                     nullptr, &out, nullptr, nullptr, nullptr);
+                                     }},
+                      ParametricDoor{"FTest",
+                                     [](Caller&, ResamplingOptions& options, double& out) {
+                                         return Cpp_FTest2SamplesNew(kX, 5, kY, 5, nullptr, nullptr, 1, 0.05, 0,
+                                                                     0, &options, nullptr, nullptr, nullptr,
+                                                                     nullptr, nullptr, &out, nullptr, nullptr);
+                                     }},
+                      ParametricDoor{"Bartlett",
+                                     [](Caller& c, ResamplingOptions& options, double& out) {
+                                         return Cpp_BTestKSamplesNew(&c.data_, 1, 2, 0.05, &options, nullptr,
+                                                                     nullptr, nullptr, &out);
+                                     }},
+                      ParametricDoor{"Levene",
+                                     [](Caller& c, ResamplingOptions& options, double& out) {
+                                         return Cpp_LTestKSamplesNew(&c.data_, 1, 2, 0.05, -1, &options,
+                                                                     nullptr, nullptr, nullptr, nullptr, &out);
+                                     }},
+                      ParametricDoor{"WelchAnova",
+                                     [](Caller&, ResamplingOptions& options, double& out) {
+                                         return ComputeWelchANOVA(kX, kGroups, nullptr, 5, 2, 0.05, &options,
+                                                                  nullptr, nullptr, nullptr, nullptr, &out);
+                                     }},
+                      ParametricDoor{"Proportions",
+                                     [](Caller&, ResamplingOptions&, double& out) {
+                                         return Test2ProportionsMonte(25, 30, 0.5, 0.4, 0, 0, 100, nullptr, -1,
+                                                                      nullptr, &out, nullptr, nullptr);
+                                     }}),
+    [](const auto& param) { return std::string(param.param.name); });
+
 }  // namespace
