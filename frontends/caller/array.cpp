@@ -92,11 +92,20 @@ Array Array::columns(std::size_t n) {
     return out;
 }
 
-Array Array::matrix(std::size_t nRows, std::size_t nColumns) {
-    SAFEARRAYBOUND bounds[2] = {bound(nRows), bound(nColumns)};
-    Array out(SafeArrayCreate(VT_R8, 2, bounds));
+Array Array::table(std::span<SAFEARRAYBOUND> bounds) {
+    Array out(SafeArrayCreate(VT_R8, static_cast<std::uint32_t>(bounds.size()), bounds.data()));
     if (out.array_ == nullptr) throw std::bad_alloc();
     return out;
+}
+
+Array Array::matrix(std::size_t nRows, std::size_t nColumns) {
+    SAFEARRAYBOUND bounds[] = {bound(nRows), bound(nColumns)};
+    return table(bounds);
+}
+
+Array Array::cube(std::size_t nSlices, std::size_t nRows, std::size_t nColumns) {
+    SAFEARRAYBOUND bounds[] = {bound(nSlices), bound(nRows), bound(nColumns)};
+    return table(bounds);
 }
 
 std::size_t Array::extent(std::size_t dimension) const {

@@ -10,7 +10,7 @@
 
 namespace numcore::caller {
 
-/// Owns one SAFEARRAY of one or two dimensions, lower bounds 0. Makers throw std::bad_alloc when memory is
+/// Owns one SAFEARRAY of one to three dimensions, lower bounds 0. Makers throw std::bad_alloc when memory is
 /// short; element access beyond the bounds throws std::out_of_range, the spans are unchecked.
 class Array {
   public:
@@ -35,6 +35,8 @@ class Array {
     static Array columns(std::size_t n);
     /// Zeroed doubles of two dimensions.
     static Array matrix(std::size_t nRows, std::size_t nColumns);
+    /// Zeroed doubles of three dimensions; element (k, i, j) stands at k + nSlices (i + nRows j).
+    static Array cube(std::size_t nSlices, std::size_t nRows, std::size_t nColumns);
 
     SAFEARRAY* get() const { return array_; }
     SAFEARRAY* release();
@@ -59,6 +61,7 @@ class Array {
 
   private:
     static Array vector(VARTYPE type, std::size_t n);
+    static Array table(std::span<SAFEARRAYBOUND> bounds);
     /// Elements along a dimension counted from 0; 0 beyond the last.
     std::size_t extent(std::size_t dimension) const;
     void reset();

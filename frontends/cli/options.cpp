@@ -32,6 +32,7 @@ constexpr const char* kExamples = R"(Examples:
   numcore pdf binomial 0:10 n=10 p=0.3 --plot binomial.svg
   numcore cdf chisq --file tests.csv --column statistic df=3 --upper
   numcore law weibull 2 3 --plot weibull.svg
+  numcore bayes asia.bif --evidence xray=yes --plot asia.svg
   curl -s https://example.org/data.csv | numcore describe - --format json
 
 Exit codes: 0 done, 1 wrong usage, 2 bad data, 3 done with warnings.)";
@@ -89,6 +90,7 @@ void addCommands(CLI::App& app, Options& options, RawOptions& raw) {
     addOutput(*quantile, options, raw);
     quantile->callback([&options] { options.command = Command::kQuantile; });
     addCorrelationCommands(app, options, raw);
+    addNetworkCommand(app, options, raw);
     addLawCommands(app, options, raw);
 
     CLI::App* completion = app.add_subcommand("completion", "Print a completion script for a shell");
@@ -252,7 +254,8 @@ std::string completionScript(const std::string& shell) {
     for (const CLI::App* command : app.get_subcommands({})) {
         CompletionCommand entry{command->get_name(), command->get_description(), {}, {}, false};
         const bool takesLaw = command->get_option_no_throw("LAW") != nullptr;
-        entry.takesFile = command->get_option_no_throw("FILE") != nullptr;
+        entry.takesFile = command->get_option_no_throw("FILE") != nullptr ||
+                          command->get_option_no_throw("NETWORK") != nullptr;
         if (takesLaw || command->get_option_no_throw("P") != nullptr) entry.words = words;
         if (command->get_name() == "law") entry.words.insert(entry.words.begin(), "list");
         for (const CLI::Option* option : command->get_options()) {

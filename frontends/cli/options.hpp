@@ -24,6 +24,7 @@ enum class Command {
     kCorrelation,
     kReliability,
     kMantel,
+    kBayes,
     kCompletion
 };
 enum class Format { kText, kCsv, kTsv, kJson, kMarkdown, kHtml };
@@ -90,6 +91,18 @@ struct MantelRequest {
     std::optional<int> seed;
 };
 
+/// What is asked of a Bayesian network, as it is written.
+struct NetworkRequest {
+    std::vector<std::string> evidence;     // lists Node=state
+    std::vector<std::string> likelihoods;  // lists Node=number:number:...
+    std::vector<std::string> queries;      // Node,Node|Node=state,Node
+    std::vector<std::string> joints;       // lists of nodes
+    bool tree = false;
+    bool check = false;
+    std::string memory;  // bytes, or with K, M, G, T; empty: the library's bound
+    std::string plot;    // SVG file; empty: none
+};
+
 struct Options {
     Command command = Command::kDescribe;
     std::string file;  // empty: none
@@ -100,6 +113,7 @@ struct Options {
     LawRequest law;
     CorrelationRequest correlation;
     MantelRequest mantel;
+    NetworkRequest network;
     std::string shell;
 };
 

@@ -54,6 +54,9 @@ void addCorrelationCommands(CLI::App& app, Options& options, RawOptions& raw);
 void finishCorrelation(const RawOptions& raw, Options& options);
 void finishMantel(const RawOptions& raw, Options& options);
 
+/// The command bayes.
+void addNetworkCommand(CLI::App& app, Options& options, RawOptions& raw);
+
 /// A file or a law: quantile takes both. Sets the command and what it is about. Throws UsageError.
 void decideQuantile(const RawOptions& raw, Options& options);
 

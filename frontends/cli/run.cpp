@@ -12,6 +12,7 @@
 #include "cli/errors.hpp"
 #include "cli/laws/command.hpp"
 #include "cli/mantel/command.hpp"
+#include "cli/networks/command.hpp"
 #include "cli/output/sink.hpp"
 #include "cli/output/writers.hpp"
 #include "cli/platform.hpp"
@@ -105,6 +106,7 @@ int runCommand(const Options& options) {
 Report analyse(const Options& options) {
     if (isLawCommand(options.command)) return analyseLaw(options);
     if (options.command == Command::kMantel) return testMatrices(options);
+    if (options.command == Command::kBayes) return askNetwork(options);
     Report report;
     report.command = commandName(options.command);
     ReadSample read = readSample(options, report);

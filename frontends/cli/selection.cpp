@@ -17,11 +17,7 @@ using Names = std::vector<std::string>;
 UsageError unknownColumn(std::string_view word, const Names& names) {
     constexpr std::size_t kMostNames = 20;
     std::string text = fmt::format("no column {}", quotedForMessage(word));
-    const auto nearest = std::ranges::min_element(
-        names, {}, [word](const std::string& name) { return editDistance(word, name); });
-    if (nearest != names.end() && editDistance(word, *nearest) <= std::max<std::size_t>(1, word.size() / 3)) {
-        text += fmt::format("; did you mean {}?", quotedForMessage(*nearest));
-    }
+    text += didYouMean(word, names);
     text += "\ncolumns:";
     for (std::size_t j = 0; j < std::min(names.size(), kMostNames); ++j)
         text += fmt::format(" {}", printable(names[j]));

@@ -1,7 +1,11 @@
 #include "cli/words.hpp"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <numeric>
+
+#include "cli/errors.hpp"
 
 namespace numcore::cli {
 
@@ -35,6 +39,20 @@ std::size_t editDistance(std::string_view a, std::string_view b) {
         }
     }
     return row[b.size()];
+}
+
+std::string didYouMean(std::string_view word, const std::vector<std::string>& names) {
+    constexpr std::size_t kLongest = 100;  // longer ones are no slips of a finger
+    if (word.size() > kLongest) return {};
+    const std::string* nearest = nullptr;
+    std::size_t least = std::max<std::size_t>(1, word.size() / 3) + 1;
+    for (const std::string& name : names) {
+        const std::size_t distance = name.size() > 2 * kLongest ? least : editDistance(word, name);
+        if (distance >= least) continue;
+        least = distance;
+        nearest = &name;
+    }
+    return nearest == nullptr ? std::string() : fmt::format("; did you mean {}?", quotedForMessage(*nearest));
 }
 
 }  // namespace numcore::cli

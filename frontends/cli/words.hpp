@@ -17,4 +17,7 @@ std::string lowerCase(std::string_view text);
 /// Smallest number of insertions, deletions and replacements of bytes between two words.
 std::size_t editDistance(std::string_view a, std::string_view b);
 
+/// "; did you mean 'name'?" with the most similar of the names; empty when none is similar.
+std::string didYouMean(std::string_view word, const std::vector<std::string>& names);
+
 }  // namespace numcore::cli

@@ -4,6 +4,7 @@
 #include "numcore/api.h"
 #include "numcore/association.h"
 #include "numcore/automation.h"
+#include "numcore/bayesian_network.h"
 #include "numcore/closed_form_laws.h"
 #include "numcore/continuous_laws.h"
 #include "numcore/correlation.h"

@@ -1,6 +1,7 @@
 // numcore for C++ callers: the C interface, the containers and the functions over data sets.
 #pragma once
 
+#include "numcore/bayesian_network.hpp"
 #include "numcore/containers.hpp"
 #include "numcore/correlation.hpp"
 #include "numcore/correlation_analysis.hpp"

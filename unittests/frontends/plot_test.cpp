@@ -11,6 +11,7 @@
 #include "cli/plot/panel.hpp"
 #include "cli/plot/scale.hpp"
 #include "cli/plot/svg.hpp"
+#include "xml_support.hpp"
 
 namespace numcore::cli {
 namespace {
@@ -24,38 +25,10 @@ std::vector<std::string> labels(double low, double high, int wanted, bool whole 
     return out;
 }
 
-/// Every element is closed, in order, and no bare ampersand or angle is left.
-bool isWellFormed(const std::string& xml) {
-    std::vector<std::string> open;
-    for (std::size_t at = xml.find('<'); at != std::string::npos; at = xml.find('<', at + 1)) {
-        const std::size_t close = xml.find('>', at);
-        if (close == std::string::npos || xml.substr(at + 1, close - at - 1).find('<') != std::string::npos)
-            return false;
-        const std::string tag = xml.substr(at + 1, close - at - 1);
-        const std::string name = tag.substr(0, tag.find_first_of(" /", 1));
-        if (tag[0] == '/') {
-            if (open.empty() || "/" + open.back() != tag) return false;
-            open.pop_back();
-        } else if (tag.back() != '/') {
-            open.push_back(name);
-        }
-    }
-    for (std::size_t at = xml.find('&'); at != std::string::npos; at = xml.find('&', at + 1)) {
-        if (xml.find(';', at) - at > 5) return false;
-    }
-    return open.empty() && xml.find("nan") == std::string::npos && xml.find("inf") == std::string::npos;
-}
-
 std::string draw(const std::string& law, const std::vector<std::string>& parameters, const LawMarks& marks,
                  std::vector<std::string>* notes = nullptr) {
     std::vector<std::string> ignored;
     return drawLaw(chooseLaw(lawNamed(law), parameters), marks, notes == nullptr ? ignored : *notes);
-}
-
-std::size_t countOf(const std::string& text, const std::string& word) {
-    std::size_t n = 0;
-    for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + 1)) ++n;
-    return n;
 }
 
 TEST(Ticks, AreRoundAndWithinTheAxis) {

@@ -218,4 +218,34 @@ TEST_F(Program, EndsQuietlyWhenNobodyReads) {
     EXPECT_EQ(read("code"), "code 0\n");
 }
 
+TEST_F(Program, AnswersForNetworks) {
+    const std::string asia = "'" NUMCORE_DATA_DIR "/networks/asia.bif'";
+    const Outcome text = run("bayes " + asia + " -e xray=yes --joint lung,tub");
+    EXPECT_EQ(text.exitCode, 0) << text.output;
+    EXPECT_NE(text.output.find("evidence: xray=yes"), std::string::npos) << text.output;
+    EXPECT_NE(text.output.find("P(lung, tub | evidence)"), std::string::npos) << text.output;
+    EXPECT_EQ(run("bayes - --check < " + asia).exitCode, 0);
+    EXPECT_EQ(run("bayes " + asia + " -o " + path("a.json") + " --plot " + path("a.svg") + " --tree").exitCode,
+              0);
+    EXPECT_NE(read("a.json").find("\"command\": \"bayes\""), std::string::npos);
+    EXPECT_NE(read("a.svg").find("</svg>"), std::string::npos);
+
+    EXPECT_EQ(run("bayes " + asia + " -e xray=maybe").exitCode, 1);
+    EXPECT_EQ(run("bayes").exitCode, 1);
+    EXPECT_EQ(run("bayes " + asia + " --memory 10").exitCode, 2);
+    EXPECT_EQ(run("bayes " + path("nowhere.bif")).exitCode, 2);
+    const Outcome wrong = run("bayes " + write("wrong.bif", "variable a {\n type discrete { x y }\n}"));
+    EXPECT_EQ(wrong.exitCode, 2);
+    EXPECT_NE(wrong.output.find("wrong.bif:3:1: expected ';' after the states, found '}'"), std::string::npos)
+        << wrong.output;
+    const std::string ring = write("ring.bif",
+                                   "variable a { type discrete { x y }; } variable b { type discrete { x y }; }"
+                                   "probability (a b) { default 1 0; } probability (b a) { default 0 1; }");
+    const Outcome cycle = run("bayes " + ring);
+    EXPECT_EQ(cycle.exitCode, 2);
+    EXPECT_NE(cycle.output.find("the arcs make a cycle: b -> a -> b"), std::string::npos) << cycle.output;
+    EXPECT_EQ(run("bayes --check " + ring).exitCode, 3);
+    EXPECT_EQ(run("bayes " + asia + " -e smoke=yes,either=no,lung=yes").exitCode, 3) << "impossible";
+}
+
 }  // namespace

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "cli/output/writers.hpp"
+#include "cli/plot/label.hpp"
 #include "cli/plot/svg.hpp"
 #include "numcore/api.h"
 
@@ -31,17 +32,7 @@ constexpr double kDarkest = 0.85;  // of a coefficient of 1: its text still stan
 
 /// A name short enough for a label.
 std::string labelOf(const std::string& name) {
-    if (static_cast<std::size_t>(displayWidth(name)) <= kLongestName) return name;
-    std::string cut;
-    // Whole characters: a UTF-8 character begins at a byte that continues none.
-    for (std::size_t at = 0; at < name.size();) {
-        std::size_t next = at + 1;
-        while (next < name.size() && (static_cast<unsigned char>(name[next]) & 0xC0U) == 0x80U) ++next;
-        if (static_cast<std::size_t>(displayWidth(cut)) + 2 > kLongestName) break;
-        cut += name.substr(at, next - at);
-        at = next;
-    }
-    return cut + "…";
+    return plot::shortLabel(name, kLongestName);
 }
 
 double widthOf(const std::vector<std::string>& names) {

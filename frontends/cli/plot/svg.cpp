@@ -29,6 +29,15 @@ text { font-family: "DejaVu Sans", "Liberation Sans", Arial, Helvetica, sans-ser
 .cell-text, .cell-strong { paint-order: stroke; stroke: #fff; stroke-width: 3px; }
 .cell-strong { font-weight: bold; }
 .dot { fill: #fff; stroke: #8a3b00; stroke-width: 2; }
+.node { fill: #fff; stroke: #444; stroke-width: 1; }
+.node-strong { fill: #fff; stroke: #8a3b00; stroke-width: 3; }
+.node-between { fill: #eef1f5; stroke: #444; stroke-width: 1; stroke-dasharray: 4 2; }
+.arc { stroke: #555; stroke-width: 1.3; fill: none; }
+.arrow { fill: #555; stroke: none; }
+.name { font-weight: bold; }
+.detail { font-size: 11px; }
+.track { fill: #f1f1f1; stroke: none; }
+.tick { stroke: #111; stroke-width: 2; }
 </style>
 )";
 
@@ -74,13 +83,14 @@ const char* anchorName(Anchor anchor) {
 
 }  // namespace
 
-Svg::Svg(double width, double height, std::string_view title) {
+Svg::Svg(double width, double height, std::string_view title, std::string_view description) {
     const std::string w = number(width);
     const std::string h = number(height);
     out_ = fmt::format(
         "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0}\" height=\"{1}\" viewBox=\"0 0 {0} {1}\" "
         "role=\"img\">\n<title>{2}</title>\n",
         w, h, escaped(title));
+    if (!description.empty()) out_ += fmt::format("<desc>{}</desc>\n", escaped(description));
     out_ += kStyle;
     rectangle({0.0, 0.0, width, height}, "paper");
 }
@@ -100,6 +110,17 @@ void Svg::appendPoints(std::span<const Point> points) {
 void Svg::polyline(std::span<const Point> points, const char* styleClass) {
     out_ += fmt::format("<polyline class=\"{}\" points=\"", styleClass);
     appendPoints(points);
+}
+
+void Svg::bezier(std::span<const Point> points, const char* styleClass) {
+    if (points.empty()) return;
+    out_ += fmt::format("<path class=\"{}\" d=\"M{},{}", styleClass, number(points[0].x), number(points[0].y));
+    for (std::size_t i = 1; i + 2 < points.size(); i += 3) {
+        out_ += fmt::format(" C{},{} {},{} {},{}", number(points[i].x), number(points[i].y),
+                            number(points[i + 1].x), number(points[i + 1].y), number(points[i + 2].x),
+                            number(points[i + 2].y));
+    }
+    out_ += "\"/>\n";
 }
 
 void Svg::polygon(std::span<const Point> points, const char* styleClass) {

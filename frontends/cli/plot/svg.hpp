@@ -23,13 +23,17 @@ enum class Anchor { kStart, kMiddle, kEnd };
 
 /// Writes shapes in the order of the calls, later ones on top. Coordinates are pixels from the upper left
 /// corner. Classes: frame, grid, curve, area, bar, bar-dense, bar-asked, dot, hint, hint-text, title, label; of
-/// maps: positive, negative, cell, cell-text, cell-strong.
+/// maps: positive, negative, cell, cell-text, cell-strong; of graphs: node, node-strong, node-between, arc,
+/// arrow, name, detail, track, tick.
 class Svg {
   public:
-    Svg(double width, double height, std::string_view title);
+    /// The description tells what the picture shows to those who cannot see it; none when it is empty.
+    Svg(double width, double height, std::string_view title, std::string_view description = {});
 
     void line(Point from, Point to, const char* styleClass);
     void polyline(std::span<const Point> points, const char* styleClass);
+    /// Cubic Bezier pieces: a point, then three for each piece.
+    void bezier(std::span<const Point> points, const char* styleClass);
     void polygon(std::span<const Point> points, const char* styleClass);
     void rectangle(const Box& box, const char* styleClass);
     /// A rectangle of a class with its fill from 0 (none) to 1 (full).
