@@ -31,6 +31,10 @@ constexpr OptionValues kValues[] = {
     {"", "alternative", "two-sided less greater"},
     {"cor", "missing", "pairwise listwise"},
     {"", "layout", "matrix pairs"},
+    {"", "scheme", "permutation bootstrap"},
+    {"vartest", "test", "f chi2 bartlett levene"},
+    {"vartest", "center", "median mean"},
+    {"proptest", "interval", "wilson wald clopper agresti"},
 };
 
 /// Options that take a file.

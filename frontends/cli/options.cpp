@@ -26,6 +26,7 @@ constexpr const char* kExamples = R"(Examples:
   numcore describe sales.csv --separator ';' --decimal , --missing -999 --output sales.html
   numcore quantile airquality.csv --p 0.1,0.5,0.9 --method all
   numcore cor airquality.csv --method spearman --plot map.svg
+  numcore ttest toothgrowth.csv --columns len --by supp
   numcore cdf normal 1.96 --both
   numcore quantile student 0.975 10
   numcore cdf gamma 0:10:0.5 2 3 --format csv
@@ -46,7 +47,7 @@ void addCommands(CLI::App& app, Options& options, RawOptions& raw) {
 
     CLI::App* describe =
         app.add_subcommand("describe", "Summaries of numeric columns, categories of text columns");
-    describe->add_option("FILE", options.file, "CSV or TSV file; - reads standard input")->required();
+    addFile(*describe, options);
     addInput(*describe, options, raw);
     addSelection(*describe, options);
     addOutput(*describe, options, raw);
@@ -91,6 +92,7 @@ void addCommands(CLI::App& app, Options& options, RawOptions& raw) {
     quantile->callback([&options] { options.command = Command::kQuantile; });
     addCorrelationCommands(app, options, raw);
     addNetworkCommand(app, options, raw);
+    addTestCommands(app, options, raw);
     addLawCommands(app, options, raw);
 
     CLI::App* completion = app.add_subcommand("completion", "Print a completion script for a shell");
@@ -240,6 +242,7 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, i
     if (options.command == Command::kQuantile) finishQuantile(raw, options.selection, options.quantile);
     if (options.command == Command::kCorrelation) finishCorrelation(raw, options);
     if (options.command == Command::kMantel) finishMantel(raw, options);
+    if (isTestCommand(options.command)) finishTest(raw, options);
     if (options.law.upper && options.law.both) throw UsageError("--upper and --both: take one of them");
     return options;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,8 +26,16 @@ enum class Command {
     kReliability,
     kMantel,
     kBayes,
+    kTTest,
+    kZTest,
+    kVarianceTest,
+    kProportionTest,
+    kAnova,
     kCompletion
 };
+/// ttest, ztest, vartest, proptest, anova.
+bool isTestCommand(Command command);
+
 enum class Format { kText, kCsv, kTsv, kJson, kMarkdown, kHtml };
 
 struct SelectionOptions {
@@ -103,6 +112,44 @@ struct NetworkRequest {
     std::string plot;    // SVG file; empty: none
 };
 
+enum class VarianceTest { kByDesign, kFisher, kChiSquare, kBartlett, kLevene };
+enum class ProportionInterval { kWilson, kWald, kClopperPearson, kAdjusted };
+
+struct ResampleRequest {
+    std::int64_t nResamples = 0;  // 0: the law gives the p-value
+    std::optional<int> seed;
+    std::optional<std::int64_t> exactLimit;  // arrangements that are all tried; 0: never
+    double timeLimit = 0.0;                  // seconds; 0: none
+    bool bootstrap = false;
+
+    bool wanted() const { return nResamples > 0; }
+};
+
+/// What the parametric tests ask for; each command reads its part.
+struct TestRequest {
+    std::vector<std::string> groups;  // of --by, the first one first
+    std::optional<double> mu;         // mean of one sample
+    double difference = 0.0;          // of two means or proportions
+    double ratio = 1.0;               // of two variances
+    std::vector<double> variances;    // known ones, or the one to test against
+    bool paired = false;
+    bool equalVariances = false;
+    bool cochranCox = false;
+    VarianceTest varianceTest = VarianceTest::kByDesign;
+    bool fromMeans = false;  // Levene: deviations from means, not medians
+    std::vector<double> successes;
+    std::vector<double> trials;
+    std::vector<double> proportions;  // to test against
+    std::string event;                // the text that counts as a success
+    bool continuity = false;
+    bool separateVariances = false;
+    ProportionInterval interval = ProportionInterval::kWilson;
+    Alternative alternative = Alternative::kTwoSided;
+    double alpha = 0.05;
+    ResampleRequest resample;
+    std::string plot;  // SVG file; empty: none
+};
+
 struct Options {
     Command command = Command::kDescribe;
     std::string file;  // empty: none
@@ -114,6 +161,7 @@ struct Options {
     CorrelationRequest correlation;
     MantelRequest mantel;
     NetworkRequest network;
+    TestRequest test;
     std::string shell;
 };
 

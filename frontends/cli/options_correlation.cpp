@@ -41,10 +41,6 @@ Examples:
   numcore mantel genetic.csv geographic.csv
   numcore mantel genetic.csv geographic.csv climate.csv --method spearman --seed 1)";
 
-void addFile(CLI::App& command, Options& options) {
-    command.add_option("FILE", options.file, "CSV or TSV file; - reads standard input")->required();
-}
-
 void addLists(CLI::App& command, Options& options) {
     const auto add = [&](const char* name, std::vector<std::string>& lists, const char* help) {
         command.add_option(name, lists, help)
@@ -121,14 +117,6 @@ void addMantel(CLI::App& app, Options& options, RawOptions& raw) {
     command->callback([&options] { options.command = Command::kMantel; });
 }
 
-template <class Value>
-Value named(const std::map<std::string, Value>& names, const std::string& given, const char* option,
-            const char* known) {
-    const auto found = names.find(lowerCase(given));
-    if (found != names.end()) return found->second;
-    throw UsageError(fmt::format("{} knows no {}; known are {}", option, quotedForMessage(given), known));
-}
-
 Coefficient coefficientOf(const std::string& given, CorrelationRequest& request) {
     const std::map<std::string, Coefficient> names{{"pearson", Coefficient::kPearson},
                                                    {"spearman", Coefficient::kSpearman},
@@ -137,14 +125,6 @@ Coefficient coefficientOf(const std::string& given, CorrelationRequest& request)
                                                    {"polychoric-ml", Coefficient::kPolychoric}};
     request.fullLikelihood = lowerCase(given) == "polychoric-ml";
     return named(names, given, "--method", "pearson, spearman, kendall, polychoric, polychoric-ml");
-}
-
-Alternative alternativeNamed(const std::string& given) {
-    const std::map<std::string, Alternative> names{
-        {"two-sided", Alternative::kTwoSided}, {"two.sided", Alternative::kTwoSided},
-        {"less", Alternative::kLess},          {"lower", Alternative::kLess},
-        {"greater", Alternative::kGreater},    {"upper", Alternative::kGreater}};
-    return named(names, given, "--alternative", "two-sided, less, greater");
 }
 
 /// Takes the words of --missing that say which rows a pair uses out of the words for missing cells.
@@ -157,16 +137,11 @@ void takeDeletion(Options& options) {
         throw UsageError("--missing pairwise and listwise: take one of them");
 }
 
-void refuse(bool given, const char* option, const char* why) {
-    if (given) throw UsageError(fmt::format("{} {}", option, why));
-}
-
 void checkCorrelation(const Options& options, bool alternativeGiven) {
     const CorrelationRequest& request = options.correlation;
     const bool pearson = request.coefficient == Coefficient::kPearson;
     const bool kendall = request.coefficient == Coefficient::kKendall;
-    if (!(request.alpha > 0.0 && request.alpha < 1.0))
-        throw UsageError(fmt::format("--alpha takes a level between 0 and 1, not {}", request.alpha));
+    checkAlpha(request.alpha);
     refuse(request.exact && !kendall, "--exact", "goes with --method kendall");
     refuse(request.continuity && !kendall, "--continuity", "goes with --method kendall");
     refuse(request.covariance && !pearson, "--covariance", "goes with --method pearson");

@@ -1,6 +1,10 @@
 #include "cli/options_parts.hpp"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
+
+#include "cli/errors.hpp"
 
 namespace numcore::cli {
 
@@ -13,6 +17,10 @@ std::string wordList(const char* const* begin, const char* const* end) {
 }
 
 }  // namespace
+
+void addFile(CLI::App& command, Options& options) {
+    command.add_option("FILE", options.file, "CSV or TSV file; - reads standard input")->required();
+}
 
 void addInput(CLI::App& command, Options& options, RawOptions& raw) {
     const auto add = [&](const char* name, auto& target, const std::string& help) {
@@ -76,6 +84,27 @@ void addOutput(CLI::App& command, Options& options, RawOptions& raw) {
         ->group(kOutputGroup);
     command.add_flag("-v,--verbose", options.output.verbose, "Tell what was guessed about the file")
         ->group(kOutputGroup);
+}
+
+void refuseWord(const std::string& given, const char* option, const char* known) {
+    throw UsageError(fmt::format("{} knows no {}; known are {}", option, quotedForMessage(given), known));
+}
+
+Alternative alternativeNamed(const std::string& given) {
+    const std::map<std::string, Alternative> names{
+        {"two-sided", Alternative::kTwoSided}, {"two.sided", Alternative::kTwoSided},
+        {"less", Alternative::kLess},          {"lower", Alternative::kLess},
+        {"greater", Alternative::kGreater},    {"upper", Alternative::kGreater}};
+    return named(names, given, "--alternative", "two-sided, less, greater");
+}
+
+void checkAlpha(double alpha) {
+    if (!(alpha > 0.0 && alpha < 1.0))
+        throw UsageError(fmt::format("--alpha takes a level between 0 and 1, not {}", alpha));
+}
+
+void refuse(bool given, const char* option, const char* why) {
+    if (given) throw UsageError(fmt::format("{} {}", option, why));
 }
 
 }  // namespace numcore::cli

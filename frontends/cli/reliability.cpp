@@ -8,13 +8,11 @@
 #include <utility>
 #include <vector>
 
-#include "caller/data_set.hpp"
-#include "caller/forms.hpp"
 #include "caller/text.hpp"
 #include "cli/errors.hpp"
+#include "cli/moments.hpp"
 #include "numcore/association.h"
 #include "numcore/correlation.h"
-#include "numcore/descriptive.h"
 
 namespace numcore::cli {
 
@@ -33,13 +31,7 @@ struct Scale {
 };
 
 Scale scaleOf(const Sample& sample) {
-    std::vector<std::size_t> rows;
-    for (std::size_t i = 0; i < sample.nRows; ++i) {
-        const auto missing = [i](const NumberColumn& column) {
-            return column.cells.asDoubles()[i] == NUMCORE_MISSING;
-        };
-        if (std::ranges::none_of(sample.numbers, missing)) rows.push_back(i);
-    }
+    const std::vector<std::size_t> rows = completeRows(sample);
     Scale scale;
     scale.nRows = rows.size();
     for (const NumberColumn& column : sample.numbers) {
@@ -78,29 +70,6 @@ double itemRestCorrelation(const Scale& scale, std::size_t j) {
     return Cpp_V_PearsonRho(scale.item(j).data(), static_cast<std::int32_t>(scale.nRows), rest.data(), nullptr,
                             scale.weightData(), NUMCORE_TRUE, NUMCORE_TRUE, NUMCORE_TRUE, &ignored, kNoPValue,
                             NUMCORE_FALSE);
-}
-
-/// Mean and standard deviation of each item, by the library's summary.
-struct Moments {
-    double mean;
-    double deviation;
-};
-
-std::vector<Moments> momentsOf(const Scale& scale) {
-    constexpr std::size_t kMean = 5;
-    constexpr std::size_t kDeviation = 6;
-    std::vector<caller::Array> cells;
-    for (std::size_t j = 0; j < scale.nItems(); ++j) cells.push_back(caller::Array::doubles(scale.item(j)));
-    caller::DataSet data;
-    data.setNumeric1(caller::NumericTable(std::move(cells)));
-    if (!scale.weights.empty()) data.setWeights(caller::Array::doubles(scale.weights));
-    caller::DescStats stats(scale.nItems());
-    caller::Host host;
-    Cpp_GetDescriptive_ST(&data.record(), NUMCORE_FALSE, &stats.record(), host.system());
-    std::vector<Moments> moments;
-    for (std::size_t j = 0; j < scale.nItems(); ++j)
-        moments.push_back({stats.table().at(j, kMean), stats.table().at(j, kDeviation)});
-    return moments;
 }
 
 ReportTable scaleTable(const std::string& groupsName) {
@@ -144,7 +113,9 @@ void addScale(const Scale& scale, const std::string& group, Tables& tables, Repo
     if (scale.nRows < 2) {
         report.notes.push_back(fmt::format("no alpha{}: it takes two complete rows at least", where));
     }
-    const std::vector<Moments> moments = momentsOf(scale);
+    std::vector<Moments> moments;
+    moments.reserve(scale.nItems());
+    for (std::size_t j = 0; j < scale.nItems(); ++j) moments.push_back(momentsOf(scale.item(j), scale.weights));
     for (std::size_t j = 0; j < scale.nItems(); ++j) {
         const Scale rest = withoutItem(scale, j);
         const double correlation = itemRestCorrelation(scale, j);
@@ -164,18 +135,6 @@ void addScale(const Scale& scale, const std::string& group, Tables& tables, Repo
                             quotedForMessage(scale.names[j]), where));
         }
     }
-}
-
-/// Rows with a missing item count as dropped.
-void noteRows(std::size_t nUsed, Report& report) {
-    RowCounts& rows = report.rows;
-    const std::size_t nIncomplete = rows.used - nUsed;
-    if (nIncomplete == 0) return;
-    rows.used = nUsed;
-    rows.dropped += nIncomplete;
-    rows.withMissing = rows.missingCells = 0;
-    report.droppedWhy +=
-        fmt::format("{}{} with missing cells", report.droppedWhy.empty() ? "" : ", ", nIncomplete);
 }
 
 }  // namespace
@@ -202,7 +161,7 @@ void reliability(Sample sample, Report& report) {
     } else {
         add(sample, "");
     }
-    noteRows(nUsed, report);
+    countIncomplete(report.rows.used - nUsed, report);
     ReportTable items = itemTable(sample.groupsName);
     for (auto& list : tables.rowsOfItem) std::ranges::move(list, std::back_inserter(items.rows));
     report.tables.push_back(std::move(tables.scale));

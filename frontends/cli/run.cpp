@@ -19,6 +19,7 @@
 #include "cli/quantile.hpp"
 #include "cli/read.hpp"
 #include "cli/reliability.hpp"
+#include "cli/tests/command.hpp"
 
 namespace numcore::cli {
 
@@ -32,6 +33,16 @@ const char* commandName(Command command) {
             return "cor";
         case Command::kReliability:
             return "alpha";
+        case Command::kTTest:
+            return "ttest";
+        case Command::kZTest:
+            return "ztest";
+        case Command::kVarianceTest:
+            return "vartest";
+        case Command::kProportionTest:
+            return "proptest";
+        case Command::kAnova:
+            return "anova";
         default:
             return "describe";
     }
@@ -107,6 +118,7 @@ Report analyse(const Options& options) {
     if (isLawCommand(options.command)) return analyseLaw(options);
     if (options.command == Command::kMantel) return testMatrices(options);
     if (options.command == Command::kBayes) return askNetwork(options);
+    if (options.command == Command::kProportionTest && options.file.empty()) return testCounts(options);
     Report report;
     report.command = commandName(options.command);
     ReadSample read = readSample(options, report);
@@ -120,6 +132,19 @@ Report analyse(const Options& options) {
             break;
         case Command::kReliability:
             reliability(std::move(read.sample), report);
+            break;
+        case Command::kTTest:
+        case Command::kZTest:
+            testMeans(std::move(read.sample), options, report);
+            break;
+        case Command::kVarianceTest:
+            testVariances(std::move(read.sample), options, report);
+            break;
+        case Command::kProportionTest:
+            testProportions(std::move(read.sample), options, report);
+            break;
+        case Command::kAnova:
+            analyseVariance(std::move(read.sample), options, report);
             break;
         default:
             describe(std::move(read.sample), options.output.maxCategories, report);

@@ -154,6 +154,30 @@ Sample takeSample(CsvData data, const Selection& selection, const CsvFile& file,
     return sample;
 }
 
+std::vector<std::size_t> completeRows(const Sample& sample) {
+    std::vector<std::size_t> rows;
+    for (std::size_t i = 0; i < sample.nRows; ++i) {
+        const auto missing = [i](const NumberColumn& column) {
+            return column.cells.asDoubles()[i] == NUMCORE_MISSING;
+        };
+        if (std::ranges::none_of(sample.numbers, missing)) rows.push_back(i);
+    }
+    return rows;
+}
+
+void countDropped(std::size_t n, std::string_view why, Report& report) {
+    if (n == 0) return;
+    report.rows.used -= n;
+    report.rows.dropped += n;
+    report.droppedWhy += fmt::format("{}{} {}", report.droppedWhy.empty() ? "" : ", ", n, why);
+}
+
+void countIncomplete(std::size_t n, Report& report) {
+    if (n == 0) return;
+    countDropped(n, "with missing cells", report);
+    report.rows.withMissing = report.rows.missingCells = 0;
+}
+
 std::string textsLeftOut(const Sample& sample) {
     std::string names;
     for (const TextColumn& column : sample.texts)

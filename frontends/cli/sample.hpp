@@ -51,6 +51,15 @@ Sample takeSample(CsvData data, const Selection& selection, const CsvFile& file,
 /// Counts the missing cells of a sample's columns and the rows that have one.
 void countMissing(const Sample& sample, RowCounts& counts);
 
+/// The rows that have a value in every column of numbers.
+std::vector<std::size_t> completeRows(const Sample& sample);
+
+/// Counts used rows as dropped and adds why: "42 with missing cells".
+void countDropped(std::size_t n, std::string_view why, Report& report);
+
+/// The same for the rows with a missing cell, when no other row has one.
+void countIncomplete(std::size_t n, Report& report);
+
 /// The sentence that names a sample's columns of texts, which are left out; empty when there is none.
 std::string textsLeftOut(const Sample& sample);
 

@@ -13,6 +13,7 @@
 #include "cli/run.hpp"
 #include "csv_support.hpp"
 #include "numcore/api.h"
+#include "picture_checks.hpp"
 #include "reference_table.hpp"
 
 namespace numcore::cli {
@@ -255,12 +256,6 @@ TEST(CorPValues, FollowTheSignOfTheCoefficient) {
     EXPECT_EQ(studentPValue(-1.0, 0.0, 30, kGreater), 1.0);
     EXPECT_EQ(studentPValue(1.0, 0.0, 2, Alternative::kTwoSided), kMissing) << "two rows always lie on a line";
     EXPECT_EQ(studentPValue(kMissing, 0.0, 30, kGreater), kMissing);
-}
-
-std::size_t countOf(const std::string& text, const std::string& word) {
-    std::size_t n = 0;
-    for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + 1)) ++n;
-    return n;
 }
 
 TEST(CorMap, ReadsInGrey) {

@@ -11,7 +11,7 @@
 #include "cli/plot/panel.hpp"
 #include "cli/plot/scale.hpp"
 #include "cli/plot/svg.hpp"
-#include "xml_support.hpp"
+#include "picture_checks.hpp"
 
 namespace numcore::cli {
 namespace {

@@ -81,12 +81,7 @@ std::vector<GroupedCorrelations> correlateGroups(Sample sample, const Correlatio
 void noteListwise(const std::vector<GroupedCorrelations>& groups, Report& report) {
     std::size_t nExcluded = 0;
     for (const GroupedCorrelations& group : groups) nExcluded += group.found.nRowsExcluded;
-    if (nExcluded == 0) return;
-    report.rows.used -= nExcluded;
-    report.rows.dropped += nExcluded;
-    report.rows.withMissing = report.rows.missingCells = 0;
-    report.droppedWhy +=
-        fmt::format("{}{} with missing cells", report.droppedWhy.empty() ? "" : ", ", nExcluded);
+    countIncomplete(nExcluded, report);
 }
 
 void noteSettings(const CorrelationRequest& request, const std::vector<std::string>& heldConstant,

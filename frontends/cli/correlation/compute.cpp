@@ -10,6 +10,7 @@
 #include "caller/correlation.hpp"
 #include "caller/data_set.hpp"
 #include "caller/text.hpp"
+#include "cli/codes.hpp"
 #include "cli/correlation/partial.hpp"
 #include "numcore/host.h"
 
@@ -33,12 +34,7 @@ std::int32_t familyOf(Coefficient coefficient) {
 
 /// The library's code; Pearson's is always two-sided, see studentPValue.
 std::int32_t alternativeOf(const CorrelationRequest& request) {
-    if (request.coefficient == Coefficient::kPearson || request.alternative == Alternative::kTwoSided) return 0;
-    return request.alternative == Alternative::kLess ? -1 : 1;
-}
-
-std::int16_t flag(bool value) {
-    return value ? NUMCORE_TRUE : NUMCORE_FALSE;
+    return request.coefficient == Coefficient::kPearson ? 0 : codeOf(request.alternative);
 }
 
 COR_Param paramOf(const CorrelationRequest& request, bool rectangular) {
@@ -48,12 +44,12 @@ COR_Param paramOf(const CorrelationRequest& request, bool rectangular) {
     param.missing = request.listwise ? NUMCORE_COR_LISTWISE : NUMCORE_COR_PAIRWISE;
     param.decimals = -1;
     param.alpha = request.alpha;
-    param.covariance = flag(request.covariance);
-    param.pValues = param.squared = param.intervals = flag(!request.covariance);
-    param.exact = flag(request.exact);
-    param.continuity = flag(request.continuity);
-    param.rectangular = flag(rectangular);
-    param.maximumLikelihood = flag(request.fullLikelihood);
+    param.covariance = flagOf(request.covariance);
+    param.pValues = param.squared = param.intervals = flagOf(!request.covariance);
+    param.exact = flagOf(request.exact);
+    param.continuity = flagOf(request.continuity);
+    param.rectangular = flagOf(rectangular);
+    param.maximumLikelihood = flagOf(request.fullLikelihood);
     param.positiveColour = param.negativeColour = -1;
     return param;
 }

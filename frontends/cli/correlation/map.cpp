@@ -26,11 +26,10 @@ constexpr double kCell = 54.0;
 constexpr double kSmallCell = 42.0;  // beyond kMostLarge variables
 constexpr std::size_t kMostLarge = 14;
 constexpr double kCharacterWidth = 7.5;
-constexpr std::size_t kLongestName = 24;
+constexpr int kLongestName = 24;
 constexpr double kLegendWidth = 200.0;
 constexpr double kDarkest = 0.85;  // of a coefficient of 1: its text still stands out
 
-/// A name short enough for a label.
 std::string labelOf(const std::string& name) {
     return plot::shortLabel(name, kLongestName);
 }

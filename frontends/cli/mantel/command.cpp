@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/codes.hpp"
 #include "cli/correlation/tables.hpp"
 #include "cli/errors.hpp"
 #include "cli/mantel/distances.hpp"
@@ -30,11 +31,9 @@ ST_MantelOptions optionsOf(const MantelRequest& request) {
     ST_MantelOptions options{};
     options.nPermutations = request.nPermutations;
     options.seed = request.seed.value_or(0);
-    options.seedGiven = request.seed ? NUMCORE_TRUE : NUMCORE_FALSE;
-    options.ranks = request.ranks ? NUMCORE_TRUE : NUMCORE_FALSE;
-    options.alternative = request.alternative == Alternative::kTwoSided ? 0
-                          : request.alternative == Alternative::kLess   ? -1
-                                                                        : 1;
+    options.seedGiven = flagOf(request.seed.has_value());
+    options.ranks = flagOf(request.ranks);
+    options.alternative = codeOf(request.alternative);
     return options;
 }
 

@@ -28,8 +28,8 @@ using plot::Svg;
 
 constexpr std::size_t kMostDrawn = 400;
 constexpr std::size_t kMostStates = 10;  // lines in a node; the others are counted
-constexpr std::size_t kLongestName = 26;
-constexpr std::size_t kLongestState = 16;
+constexpr int kLongestName = 26;
+constexpr int kLongestState = 16;
 constexpr double kMargin = 24.0;
 constexpr double kTitleRoom = 54.0;
 constexpr double kHeadingRoom = 40.0;

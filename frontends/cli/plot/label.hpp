@@ -1,12 +1,11 @@
-// Names cut to fit a drawing.
+// Names short enough for a label.
 #pragma once
 
-#include <cstddef>
 #include <string>
 
 namespace numcore::cli::plot {
 
-/// A name of at most so many columns, cut between characters with an ellipsis where it is longer.
-std::string shortLabel(const std::string& name, std::size_t longest);
+/// A name of at most so many columns of a terminal, cut behind a whole character.
+std::string shortLabel(const std::string& name, int longest);
 
 }  // namespace numcore::cli::plot

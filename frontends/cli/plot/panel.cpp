@@ -48,25 +48,41 @@ std::vector<Tick> Panel::xTicksThatFit(bool wholeX) const {
 }
 
 void Panel::drawAxes(std::string_view xLabel, std::string_view yLabel, bool wholeX, bool xLabels) {
-    const auto xTicks = xTicksThatFit(wholeX);
-    const auto yTicks =
-        niceTicks(view_.bottom, view_.top, wantedTicks(box_.bottom - box_.top, kPixelsPerYTick));
-    for (const Tick& tick : xTicks) {
+    for (const Tick& tick : xTicksThatFit(wholeX)) {
         const double x = x_(tick.value);
         svg_.line({x, box_.top}, {x, box_.bottom}, "grid");
         svg_.line({x, box_.bottom}, {x, box_.bottom + kTickLength}, "frame");
         if (xLabels) svg_.text({x, box_.bottom + 20.0}, tick.label, "label", Anchor::kMiddle);
     }
-    for (const Tick& tick : yTicks) {
+    drawYTicks();
+    drawFrame(yLabel);
+    const double middle = (box_.left + box_.right) / 2.0;
+    if (!xLabel.empty()) svg_.text({middle, box_.bottom + 42.0}, xLabel, "label", Anchor::kMiddle);
+}
+
+void Panel::drawYTicks() const {
+    for (const Tick& tick :
+         niceTicks(view_.bottom, view_.top, wantedTicks(box_.bottom - box_.top, kPixelsPerYTick))) {
         const double y = y_(tick.value);
         svg_.line({box_.left, y}, {box_.right, y}, "grid");
         svg_.line({box_.left - kTickLength, y}, {box_.left, y}, "frame");
         svg_.text({box_.left - 9.0, y + 4.0}, tick.label, "label", Anchor::kEnd);
     }
+}
+
+void Panel::drawFrame(std::string_view yLabel) const {
     svg_.rectangle(box_, "frame");
-    const double middle = (box_.left + box_.right) / 2.0;
-    if (!xLabel.empty()) svg_.text({middle, box_.bottom + 42.0}, xLabel, "label", Anchor::kMiddle);
     svg_.textUpward({box_.left - 58.0, (box_.top + box_.bottom) / 2.0}, yLabel, "label");
+}
+
+void Panel::categories(std::span<const std::string> names, std::string_view yLabel) {
+    drawYTicks();
+    for (std::size_t k = 0; k < names.size(); ++k) {
+        const double x = x_(static_cast<double>(k));
+        svg_.line({x, box_.bottom}, {x, box_.bottom + kTickLength}, "frame");
+        svg_.text({x, box_.bottom + 20.0}, names[k], "label", Anchor::kMiddle);
+    }
+    drawFrame(yLabel);
 }
 
 void Panel::curve(std::span<const Point> points) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -27,6 +28,9 @@ class Panel {
     /// Ticks without labels below: for a panel that shares its axis with the one under it.
     void axesAbove(std::string_view yLabel, bool wholeX);
 
+    /// Ticks of y only; below, names at whole numbers of x from 0.
+    void categories(std::span<const std::string> names, std::string_view yLabel);
+
     // What lies outside the panel is cut.
     void curve(std::span<const Point> points);
     /// The area between a curve and y = 0.
@@ -45,6 +49,8 @@ class Panel {
 
   private:
     std::vector<Tick> xTicksThatFit(bool wholeX) const;
+    void drawYTicks() const;
+    void drawFrame(std::string_view yLabel) const;
     void drawAxes(std::string_view xLabel, std::string_view yLabel, bool wholeX, bool xLabels);
 
     Svg& svg_;

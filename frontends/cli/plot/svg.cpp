@@ -28,6 +28,7 @@ text { font-family: "DejaVu Sans", "Liberation Sans", Arial, Helvetica, sans-ser
 .cell { stroke: #777; stroke-width: 1; fill: none; }
 .cell-text, .cell-strong { paint-order: stroke; stroke: #fff; stroke-width: 3px; }
 .cell-strong { font-weight: bold; }
+.mean { stroke: #8a3b00; stroke-width: 2; fill: #8a3b00; }
 .dot { fill: #fff; stroke: #8a3b00; stroke-width: 2; }
 .node { fill: #fff; stroke: #444; stroke-width: 1; }
 .node-strong { fill: #fff; stroke: #8a3b00; stroke-width: 3; }

@@ -24,7 +24,7 @@ enum class Anchor { kStart, kMiddle, kEnd };
 /// Writes shapes in the order of the calls, later ones on top. Coordinates are pixels from the upper left
 /// corner. Classes: frame, grid, curve, area, bar, bar-dense, bar-asked, dot, hint, hint-text, title, label; of
 /// maps: positive, negative, cell, cell-text, cell-strong; of graphs: node, node-strong, node-between, arc,
-/// arrow, name, detail, track, tick.
+/// arrow, name, detail, track, tick; of samples: mean.
 class Svg {
   public:
     /// The description tells what the picture shows to those who cannot see it; none when it is empty.

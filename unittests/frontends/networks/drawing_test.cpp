@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "../csv_support.hpp"
-#include "../xml_support.hpp"
+#include "../picture_checks.hpp"
 #include "cli/errors.hpp"
 #include "cli/networks/command.hpp"
 #include "cli/plot/graph_layout.hpp"

@@ -1,4 +1,4 @@
-// Pictures as texts, for the tests of what is drawn.
+// What a picture's text must be like.
 #pragma once
 
 #include <cstddef>
