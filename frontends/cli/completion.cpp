@@ -55,7 +55,7 @@ std::string valuesOf(const std::string& command, const std::string& option) {
 }
 
 /// Text within single quotes of a shell.
-std::string quoted(const std::string& text) {
+std::string quotedWord(const std::string& text) {
     std::string out = "'";
     for (const char c : text) out += c == '\'' ? std::string("'\\''") : std::string(1, c);
     return out + "'";
@@ -150,7 +150,7 @@ std::string writeZsh(const std::vector<CompletionCommand>& commands) {
     std::string out =
         "#compdef numcore\n\n_numcore() {\n    if ((CURRENT == 2)); then\n        local -a commands=(\n";
     for (const CompletionCommand& command : commands) {
-        out += fmt::format("            {}\n", quoted(command.name + ":" + plain(command.help)));
+        out += fmt::format("            {}\n", quotedWord(command.name + ":" + plain(command.help)));
     }
     out +=
         "        )\n        _describe command commands\n        return\n    fi\n    local command=$words[2]\n"
@@ -167,7 +167,7 @@ std::string writeZsh(const std::vector<CompletionCommand>& commands) {
             } else if (option.takesValue) {
                 argument += ":" + option.name + ":";
             }
-            out += " \\\n                " + quoted(argument);
+            out += " \\\n                " + quotedWord(argument);
         }
         out += fmt::format(" \\\n                '1:{}'\n            ;;\n", zshArgument(command));
     }
@@ -179,15 +179,15 @@ std::string writeFish(const std::vector<CompletionCommand>& commands) {
     const std::string all = names(commands);
     for (const CompletionCommand& command : commands) {
         out += fmt::format("complete -c numcore -n 'not __fish_seen_subcommand_from {}' -f -a {} -d {}\n", all,
-                           command.name, quoted(command.help));
+                           command.name, quotedWord(command.help));
         for (const CompletionOption& option : command.options) {
             const std::string values = valuesOf(command.name, option.name);
             out += fmt::format("complete -c numcore -n '__fish_seen_subcommand_from {}' -l {} -d {}{}{}\n",
-                               command.name, option.name, quoted(option.help),
+                               command.name, option.name, quotedWord(option.help),
                                takesFile(option.name) ? " -r -F"
                                : option.takesValue    ? " -r"
                                                       : "",
-                               values.empty() ? "" : " -f -a " + quoted(values));
+                               values.empty() ? "" : " -f -a " + quotedWord(values));
         }
     }
     for (const CompletionCommand& command : commands) {

@@ -24,6 +24,7 @@ std::vector<std::vector<Number>> fromJson(const Json& lists) {
 
 std::vector<std::vector<Number>> fromEdges(const std::vector<std::pair<Number, Number>>& edges) {
     std::vector<std::vector<Number>> out;
+    out.reserve(edges.size());
     for (const auto& [a, b] : edges) out.push_back({a, b});
     return out;
 }
