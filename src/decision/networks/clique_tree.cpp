@@ -26,28 +26,74 @@ struct Offers {
     }
 };
 
-/// Overlaps of one clique with all others, without visiting those that share nothing.
+/// Finds the cliques that share more with a given one than with any before it.
+///
+/// Two sets that share t members or more have one in common among any |a| - t + 1 members of a. So a clique
+/// that already has an offer of overlap b is looked for under its |a| - b rarest members only (b + 1 is
+/// wanted), and a node that nearly all cliques hold soon finds none. Chaudhuri, Ganti and Kaushik (2006), A
+/// primitive operator for similarity joins in data cleaning, ICDE: prefix filter.
 class Overlaps {
   public:
     Overlaps(const Lists& cliques, std::size_t n)
-        : cliques_(cliques), holding_(listsHolding(cliques, n)), counts_(cliques.count()) {}
+        : cliques_(cliques),
+          entries_(n),
+          nRarest_(cliques.count()),
+          isMember_(n, 0),
+          lastSeen_(cliques.count(), -1) {
+        const Lists holding = listsHolding(cliques, n);
+        const auto isRarer = [&](Number a, Number b) {
+            return holding[a].size() != holding[b].size() ? holding[a].size() < holding[b].size() : a < b;
+        };
+        std::vector<Number> members;
+        for (std::size_t c = 0; c < cliques.count(); ++c) {
+            members.assign(cliques[c].begin(), cliques[c].end());
+            std::ranges::sort(members, isRarer);
+            nRarest_[c] = static_cast<Number>(members.size());
+            for (std::size_t place = 0; place < members.size(); ++place)
+                entries_[static_cast<std::size_t>(members[place])].push_back(
+                    {static_cast<Number>(c), static_cast<Number>(place)});
+        }
+    }
 
-    /// Calls visit(j, overlap) for each clique that shares a node with clique k, itself included.
+    /// From now on only an overlap of more than this is wanted for clique j.
+    void wantMore(Number j, Number overlap) {
+        nRarest_[static_cast<std::size_t>(j)] = static_cast<Number>(cliques_[j].size()) - overlap;
+    }
+    void remove(Number j) { nRarest_[static_cast<std::size_t>(j)] = 0; }
+
+    /// Calls visit(j, overlap) for the cliques that may share more with clique k than is told of them.
     template <class Visit>
     void forEach(Number k, const Visit& visit) {
-        touched_.clear();
+        for (const Number node : cliques_[k]) isMember_[static_cast<std::size_t>(node)] = 1;
         for (const Number node : cliques_[k]) {
-            for (const Number j : holding_[node])
-                if (counts_[static_cast<std::size_t>(j)]++ == 0) touched_.push_back(j);
+            auto& entries = entries_[static_cast<std::size_t>(node)];
+            std::erase_if(entries, [&](const Entry& entry) {
+                return entry.place >= nRarest_[static_cast<std::size_t>(entry.clique)];
+            });
+            for (const Entry& entry : entries)
+                if (std::exchange(lastSeen_[static_cast<std::size_t>(entry.clique)], k) != k)
+                    visit(entry.clique, overlapWithMarked(entry.clique));
         }
-        for (const Number j : touched_) visit(j, std::exchange(counts_[static_cast<std::size_t>(j)], 0));
+        for (const Number node : cliques_[k]) isMember_[static_cast<std::size_t>(node)] = 0;
     }
 
   private:
+    /// A clique under one of its members, and the place of this member among them, the rarest first.
+    struct Entry {
+        Number clique;
+        Number place;
+    };
+
+    Number overlapWithMarked(Number j) const {
+        return static_cast<Number>(std::ranges::count_if(
+            cliques_[j], [&](Number node) { return isMember_[static_cast<std::size_t>(node)] != 0; }));
+    }
+
     const Lists& cliques_;
-    Lists holding_;
-    std::vector<Number> counts_;
-    std::vector<Number> touched_;
+    std::vector<std::vector<Entry>> entries_;  // of each node
+    std::vector<Number> nRarest_;              // members that each clique is found under
+    std::vector<char> isMember_;               // of the clique that is compared
+    std::vector<Number> lastSeen_;             // the clique that each one was last compared with
 };
 
 }  // namespace
@@ -64,19 +110,19 @@ std::vector<Join> joinCliques(const Lists& cliques, std::span<const double> weig
 
     Overlaps overlaps(cliques, n);
     Offers offers(nCliques);
-    std::vector<char> isUsed(nCliques, 0);
     const auto offerFrom = [&](Number k, auto improved) {
+        overlaps.remove(k);
         overlaps.forEach(k, [&](Number j, Number overlap) {
             const auto at = static_cast<std::size_t>(j);
-            if (isUsed[at] != 0 || -overlap >= offers.cost[at]) return;
+            if (-overlap >= offers.cost[at]) return;
             offers.cost[at] = -overlap;
             offers.weight[at] = weights[static_cast<std::size_t>(k)] + weights[at];
             offers.closest[at] = k;
+            overlaps.wantMore(j, overlap);
             improved(j);
         });
     };
 
-    isUsed[0] = 1;
     for (std::size_t j = 0; j < nCliques; ++j) offers.weight[j] = weights[0] + weights[j];
     offerFrom(0, [](Number) {});
     Tournament best(nCliques, [&](Number a, Number b) { return offers.better(a, b); });
@@ -84,7 +130,6 @@ std::vector<Join> joinCliques(const Lists& cliques, std::span<const double> weig
     while (joins.size() < nCliques - 1) {
         const Number k = best.first();
         joins.push_back({offers.closest[static_cast<std::size_t>(k)], k});
-        isUsed[static_cast<std::size_t>(k)] = 1;
         best.remove(k);
         offerFrom(k, [&](Number j) { best.update(j); });
     }
