@@ -125,7 +125,7 @@ typedef struct BYN_Results {
     SAFEARRAY* postorder;        /* cliques */
     SAFEARRAY* familyCliques;    /* for each node the clique that takes its conditional table */
     BYN_Forecast forecast;
-    double probability;    /* of the evidence; 0 where it is below the smallest double */
+    double probability;    /* of the evidence; 0 below the smallest double, infinite beyond the largest */
     double logProbability; /* its natural logarithm; -infinity when it is impossible */
     int32_t root;          /* clique */
     int32_t status;        /* NumcoreNetworkStatus */

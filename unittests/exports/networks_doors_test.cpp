@@ -69,6 +69,29 @@ TEST(NetworkDoors, AnswersWithEvidenceAndQueries) {
     EXPECT_NEAR(softly.probability, wet / 2.0, 1e-15);
 }
 
+TEST(NetworkDoors, LargeNumbersDoNotOverflow) {
+    // Likelihoods and rows matter by their proportions only.
+    auto nodes = lawn();
+    for (NetworkNode& node : nodes)
+        for (double& cell : node.table) cell *= 1e250;
+    NetworkQuestion question;
+    question.likelihoods = {{0, {3e300, 1e300}}, {1, {1e308, 1.7e308}}, {2, {2e200, 1e-200}}};
+    question.queries = {{{0, 2}, {}}};
+    question.familyTables = true;
+    const NetworkAnswer large = BayesianNetwork(nodes).ask(question);
+    question.likelihoods = {{0, {3.0, 1.0}}, {1, {1.0, 1.7}}, {2, {1.0, 0.0}}};
+    const NetworkAnswer plain = BayesianNetwork(lawn()).ask(question);
+    ASSERT_EQ(large.status, NUMCORE_BYN_DONE);
+    for (std::size_t node = 0; node < 3; ++node) {
+        EXPECT_NEAR(large.marginals[node][0], plain.marginals[node][0], 1e-14) << node;
+        EXPECT_NEAR(large.families[node].cells[0], plain.families[node].cells[0], 1e-14) << node;
+    }
+    EXPECT_NEAR(large.queries[0].cells[0], plain.queries[0].cells[0], 1e-14);
+    EXPECT_NEAR(large.logProbability,
+                plain.logProbability + std::log(1e300) + std::log(1e308) + std::log(2e200), 1e-10);
+    EXPECT_EQ(large.probability, std::numeric_limits<double>::infinity());
+}
+
 TEST(NetworkDoors, ImpossibleEvidenceIsMarked) {
     NetworkQuestion question;
     question.observed = {{0, 1}, {1, 1}, {2, 0}};

@@ -70,40 +70,44 @@ Projection::Projection(const Axes& whole, std::span<const Number> part) : wholeC
         axes[at].stride = partCells_;
         partCells_ *= axes[at].extent;
     }
-    splitIntoBlocks(axes);
+    merge(axes);
+    splitIntoBlocks(std::move(axes));
 }
 
-// 1. Axes of one state go; neighbouring axes that advance through both tables as one become one.
-// 2. A long last axis that stays in place or runs along is a block by itself.
-// 3. Otherwise the last axes, as many as fit, make a block whose positions are listed.
-void Projection::splitIntoBlocks(std::span<const Axis> axes) {
-    std::vector<Axis> merged;
-    merged.reserve(axes.size());
+/// Axes of one state go; neighbouring axes that advance through both tables as one become one.
+void Projection::merge(std::vector<Axis>& axes) {
+    std::size_t nMerged = 0;
     for (const Axis& axis : axes) {
         if (axis.extent == 1) continue;
-        if (!merged.empty() && merged.back().stride == axis.stride * axis.extent) {
-            merged.back() = {merged.back().extent * axis.extent, axis.stride};
+        if (nMerged > 0 && axes[nMerged - 1].stride == axis.stride * axis.extent) {
+            axes[nMerged - 1] = {axes[nMerged - 1].extent * axis.extent, axis.stride};
         } else {
-            merged.push_back(axis);
+            axes[nMerged++] = axis;
         }
     }
-    if (!merged.empty() && merged.back().stride <= 1 && merged.back().extent >= kLongRun) {
-        blockCells_ = merged.back().extent;
-        runStride_ = merged.back().stride;
-        merged.pop_back();
+    axes.resize(nMerged);
+}
+
+// A long last axis that stays in place or runs along is a block by itself. Otherwise the last axes, as many as
+// fit, make a block whose positions are listed.
+void Projection::splitIntoBlocks(std::vector<Axis> axes) {
+    if (!axes.empty() && axes.back().stride <= 1 && axes.back().extent >= kLongRun) {
+        blockCells_ = axes.back().extent;
+        runStride_ = axes.back().stride;
+        axes.pop_back();
     } else {
-        positions_.assign(1, 0);
-        while (!merged.empty() && (blockCells_ == 1 || blockCells_ * merged.back().extent <= kMostBlockCells)) {
-            const Axis axis = merged.back();
-            merged.pop_back();
-            positions_.reserve(blockCells_ * axis.extent);
-            for (std::size_t i = blockCells_; i < blockCells_ * axis.extent; ++i)
-                positions_.push_back(positions_[i - blockCells_] + static_cast<std::uint32_t>(axis.stride));
+        positions_.reserve(std::min(wholeCells_, kMostBlockCells));
+        positions_.push_back(0);
+        while (!axes.empty() && (blockCells_ == 1 || blockCells_ * axes.back().extent <= kMostBlockCells)) {
+            const Axis axis = axes.back();
+            axes.pop_back();
+            positions_.resize(blockCells_ * axis.extent);
+            for (std::size_t i = blockCells_; i < positions_.size(); ++i)
+                positions_[i] = positions_[i - blockCells_] + static_cast<std::uint32_t>(axis.stride);
             blockCells_ *= axis.extent;
         }
     }
-    nOuter_ = merged.size();
-    std::ranges::copy(merged, outer_.begin());
+    outer_ = std::move(axes);
 }
 
 template <class Block>
@@ -114,7 +118,7 @@ void Projection::forEachBlock(const Block& block) const {
     while (true) {
         block(wholeAt, partAt);
         wholeAt += blockCells_;
-        std::size_t axis = nOuter_;
+        std::size_t axis = outer_.size();
         while (axis > 0 && ++digits[axis - 1] == outer_[axis - 1].extent) {
             --axis;
             partAt -= outer_[axis].stride * (outer_[axis].extent - 1);

@@ -49,14 +49,14 @@ class Projection {
         std::size_t stride;  ///< in the smaller table; 0 where it has not this axis
     };
 
-    void splitIntoBlocks(std::span<const Axis> axes);
+    static void merge(std::vector<Axis>& axes);
+    void splitIntoBlocks(std::vector<Axis> axes);
     template <class Block>
     void forEachBlock(const Block& block) const;
 
     std::size_t wholeCells_ = 1;
     std::size_t partCells_ = 1;
-    std::array<Axis, kMostAxes> outer_{};  ///< axes over the blocks, slowest first
-    std::size_t nOuter_ = 0;
+    std::vector<Axis> outer_;  ///< axes over the blocks, slowest first; most tables are one block
     std::size_t blockCells_ = 1;
     std::size_t runStride_ = 0;  ///< 0 or 1: a block is one run of this stride
     std::vector<std::uint32_t>

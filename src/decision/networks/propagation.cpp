@@ -11,6 +11,15 @@ namespace {
 /// Products below 2^-511 are scaled up. Bits of several cells, or-ed, are below those of 2^-511 only if each
 /// cell is: an exponent below 512 has no bit in common with those above.
 constexpr double kTooLow = 0x1p-511;
+/// Products of 2 and more are scaled down. Or-ed bits are those of 2 or more only if a cell's are: an exponent
+/// up to 1023 has no bit in common with those above.
+constexpr double kTooHigh = 2.0;
+
+std::uint64_t bitsOfAll(std::span<const double> cells) {
+    std::uint64_t bits = 0;
+    for (const double cell : cells) bits |= std::bit_cast<std::uint64_t>(cell);
+    return bits;
+}
 
 /// Powers of 2 taken out of a table.
 class Scale {
@@ -28,8 +37,9 @@ class Scale {
         for (double& cell : table) cell = cell * half * rest;
         exponent_ += exponent;
     }
-    void takeOutIfLow(std::span<double> table, std::uint64_t bits) {
-        if (bits < std::bit_cast<std::uint64_t>(kTooLow)) takeOut(table);
+    void keepInRange(std::span<double> table, std::uint64_t bits) {
+        if (bits < std::bit_cast<std::uint64_t>(kTooLow) || bits >= std::bit_cast<std::uint64_t>(kTooHigh))
+            takeOut(table);
     }
     std::int64_t exponent() const { return exponent_; }
 
@@ -37,7 +47,7 @@ class Scale {
     std::int64_t exponent_ = 0;
 };
 
-/// A clique's axes and its ways to the separator above it: from itself and from its parent.
+/// The ways to the separator above a clique: from itself and from its parent.
 struct Link {
     std::size_t clique;
     std::size_t parent;
@@ -46,13 +56,37 @@ struct Link {
     Projection fromParent;
 };
 
+/// What propagations in one tree have in common.
+struct Walks {
+    std::vector<Axes> axes;   ///< of the cliques
+    std::vector<Link> links;  ///< children before parents
+
+    Walks(const Network& network, const JunctionTree& tree) {
+        axes.reserve(tree.cliques.count());
+        for (std::size_t c = 0; c < tree.cliques.count(); ++c)
+            axes.push_back(axesOf(tree.cliques[c], network.sizes));
+        links.reserve(tree.joins.size());
+        for (const Number clique : tree.rooted.postorder)
+            if (clique != tree.rooted.root) links.push_back(linkAbove(tree, static_cast<std::size_t>(clique)));
+    }
+
+  private:
+    Link linkAbove(const JunctionTree& tree, std::size_t clique) const {
+        const auto parent = static_cast<std::size_t>(tree.rooted.parents[clique]);
+        const auto join = static_cast<std::size_t>(tree.joinAbove[clique]);
+        const auto separator = tree.separators[join];
+        return {clique, parent, join, Projection(axes[clique], separator), Projection(axes[parent], separator)};
+    }
+};
+
 class Propagation {
   public:
-    Propagation(const Network& network, const JunctionTree& tree)
-        : network_(network), tree_(tree), cliques_(tree.cliqueCells), separators_(tree.separatorCells) {
-        axes_.reserve(tree.cliques.count());
-        for (std::size_t c = 0; c < tree.cliques.count(); ++c)
-            axes_.push_back(axesOf(tree.cliques[c], network.sizes));
+    Propagation(const Network& network, const JunctionTree& tree, const Walks& walks)
+        : network_(network),
+          tree_(tree),
+          walks_(walks),
+          cliques_(tree.cliqueCells),
+          separators_(tree.separatorCells) {
         double longest = 1.0;
         for (const double cells : tree.separatorCells) longest = std::max(longest, cells);
         message_.resize(static_cast<std::size_t>(longest));
@@ -61,9 +95,12 @@ class Propagation {
     void load(const Inputs& inputs) {
         std::size_t tableAt = 0;
         std::size_t stateAt = 0;
+        std::vector<Number> family;
         for (std::size_t node = 0; node < network_.n(); ++node) {
             const auto number = static_cast<Number>(node);
-            const std::vector<Number> family = familyOf(network_, node);
+            const auto parents = network_.parents[node];
+            family.assign(parents.begin(), parents.end());
+            family.push_back(number);
             tableAt += multiplyIn(tree_.familyCliques[node], family, inputs.conditionals.data() + tableAt);
             if (!inputs.likelihoods.empty())
                 stateAt += multiplyIn(tree_.lightestCliques[node], std::span(&number, 1),
@@ -74,15 +111,12 @@ class Propagation {
     /// From the leaves to the root: each clique's separator table goes into its parent. The root's total is
     /// that of all joint states.
     Total collect() {
-        links_.reserve(tree_.joins.size());
-        for (const Number clique : tree_.rooted.postorder) {
-            if (clique == tree_.rooted.root) continue;
-            const Link& link = links_.emplace_back(linkAbove(static_cast<std::size_t>(clique)));
+        for (const Link& link : walks_.links) {
             const auto separator = separators_.table(link.join);
             link.fromClique.sum(cliques_[link.clique], separator.data());
             scale_.takeOut(separator);
-            scale_.takeOutIfLow(cliques_.table(link.parent),
-                                link.fromParent.multiply(cliques_[link.parent], separator.data()));
+            scale_.keepInRange(cliques_.table(link.parent),
+                               link.fromParent.multiply(cliques_[link.parent], separator.data()));
         }
         const auto root = cliques_.table(static_cast<std::size_t>(tree_.rooted.root));
         return {sumOf(root), scale_.exponent()};
@@ -90,15 +124,15 @@ class Propagation {
 
     /// From the root to the leaves: what the parent says of the separator now, against what it was told.
     void distribute() {
-        for (auto link = links_.rbegin(); link != links_.rend(); ++link) {
+        for (auto link = walks_.links.rbegin(); link != walks_.links.rend(); ++link) {
             const auto separator = separators_.table(link->join);
             const auto message = std::span(message_).first(separator.size());
             Scale ignored;  // the tables are normalised
             link->fromParent.sum(cliques_[link->parent], message.data());
             ignored.takeOut(message);
             divideInto(message, separator);
-            ignored.takeOutIfLow(cliques_.table(link->clique),
-                                 link->fromClique.multiply(cliques_[link->clique], separator.data()));
+            ignored.keepInRange(cliques_.table(link->clique),
+                                link->fromClique.multiply(cliques_[link->clique], separator.data()));
             std::ranges::copy(message, separator.begin());
         }
     }
@@ -112,26 +146,23 @@ class Propagation {
   private:
     std::size_t multiplyIn(Number clique, std::span<const Number> nodes, const double* cells) {
         const auto c = static_cast<std::size_t>(clique);
-        const Projection projection(axes_[c], nodes);
-        scale_.takeOutIfLow(cliques_.table(c), projection.multiply(cliques_[c], cells));
+        const Projection projection(walks_.axes[c], nodes);
+        std::vector<double> scaled;
+        if (bitsOfAll({cells, projection.partCells()}) >= std::bit_cast<std::uint64_t>(kTooHigh)) {
+            scaled.assign(cells, cells + projection.partCells());
+            scale_.takeOut(scaled);
+            cells = scaled.data();
+        }
+        scale_.keepInRange(cliques_.table(c), projection.multiply(cliques_[c], cells));
         return projection.partCells();
-    }
-
-    Link linkAbove(std::size_t clique) const {
-        const auto parent = static_cast<std::size_t>(tree_.rooted.parents[clique]);
-        const auto join = static_cast<std::size_t>(tree_.joinAbove[clique]);
-        const auto separator = tree_.separators[join];
-        return {clique, parent, join, Projection(axes_[clique], separator),
-                Projection(axes_[parent], separator)};
     }
 
     const Network& network_;
     const JunctionTree& tree_;
-    std::vector<Axes> axes_;
+    const Walks& walks_;
     Tables cliques_;
     Tables separators_;
     std::vector<double> message_;
-    std::vector<Link> links_;  // children before parents
     Scale scale_;
 };
 
@@ -176,13 +207,14 @@ double Total::logarithm() const {
 // 3. collect, 4. probability of the evidence, 5. distribute, 6. normalise every clique.
 Calibrated propagate(const Network& network, const JunctionTree& tree, const Inputs& inputs) {
     const bool hasEvidence = !inputs.likelihoods.empty();
+    const Walks walks(network, tree);
     Total prior;
     if (hasEvidence) {
-        Propagation withoutEvidence(network, tree);  // 1
+        Propagation withoutEvidence(network, tree, walks);  // 1
         withoutEvidence.load({inputs.conditionals, {}});
         prior = withoutEvidence.collect();
     }
-    Propagation propagation(network, tree);
+    Propagation propagation(network, tree, walks);
     propagation.load(inputs);                   // 2
     const Total total = propagation.collect();  // 3
     if (!hasEvidence) prior = total;
