@@ -249,6 +249,10 @@ TEST(NetworkDoors, TitlesComeFromTheHost) {
     records.results.marginalFormats = texts[3].get();
     records.results.conditionalFormats = texts[4].get();
     records.results.familyFormats = texts[5].get();
+    // The title names the label of the data set, whatever name the other tables give the node.
+    Array names = Array::texts(1);
+    names.setText(0, u"Rain");
+    records.param.nodeNames = names.get();
     numcore_set_string_source(hostText, nullptr);
     records.compute();
     EXPECT_EQ(texts[0].text(0), u"Node");

@@ -19,6 +19,12 @@ bool fitsGraph(double n, double bound) {
     return 2.0 * graphBytes(n) <= bound;
 }
 
+/// A node's label in the data set; without one its name.
+std::u16string_view titleName(const matrix<u16string>* labels, const matrix<u16string>& names, Number node) {
+    if (labels != nullptr && node < labels->size() && !(*labels)[node].empty()) return (*labels)[node].view();
+    return node < names.size() ? names[node].view() : std::u16string_view();
+}
+
 bool fitsTables(const Forecast& forecast, double bound) {
     return forecast.bytes <= bound && forecast.largest <= kMostCells;
 }
@@ -91,10 +97,7 @@ void BYNFillTbF_ST(cST_DataSet& data, cBYN_Param& param, cBYN_Results& results, 
     const u16string& format = messages(kFormatRow);
     const matrix<u16string>* labels = data.strings1->columnCount() > 0 ? &data.strings1->column(0) : nullptr;
     for (std::int32_t node = 0; node < nodeCount(param); ++node) {
-        const std::u16string_view name = node < param.nodeNames.size() && !param.nodeNames[node].empty()
-                                             ? param.nodeNames[node].view()
-                                         : labels != nullptr && node < labels->size() ? (*labels)[node].view()
-                                                                                      : std::u16string_view();
+        const std::u16string_view name = titleName(labels, param.nodeNames, node);
         const std::u16string number = nodeKey(node + 1).substr(nodeKey(0).size() - 1);
         results.headers[node] = messages(kHeaderRow);
         results.marginalTitles[node] = u16string(basecore::Replace(messages(kMarginalTitleRow), u"XXXX", name));
