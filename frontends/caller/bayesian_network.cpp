@@ -245,6 +245,9 @@ class TableArrays {
     SAFEARRAY* cells() const { return cells_.get(); }
     SAFEARRAY* labels() const { return labels_.get(); }
 
+    /// Leaves a table out: those behind it follow the ones before.
+    void drop(std::size_t table) { lengths_[table] = labelLengths_[table] = 0; }
+
     std::vector<NetworkTable> read() const {
         std::vector<NetworkTable> out;
         out.reserve(lengths_.size());
@@ -362,7 +365,7 @@ NetworkAnswer BayesianNetwork::ask(const NetworkQuestion& question) const {
         results.jointLabels = joints.labels();
     }
 
-    // A query that is refused or unusable has a length of its own; the library tells it.
+    // Room for the tables that the library may answer with; one that it refuses takes none.
     Array queryStatus = Array::ints(question.queries.size());
     std::vector<std::size_t> lengths;
     for (const NetworkQuery& query : question.queries) {
@@ -372,10 +375,11 @@ NetworkAnswer BayesianNetwork::ask(const NetworkQuestion& question) const {
         const bool isUsable = !query.nodes.empty() && std::ranges::adjacent_find(all) == all.end();
         double cells = isUsable ? 1.0 : 0.0;
         for (const std::size_t node : all) cells *= static_cast<double>(nodes_.at(node).states.size());
-        const bool fits = cells * static_cast<double>(sizeof(double)) <= answer.forecast.bound;
+        const bool fits =
+            cells <= INT32_MAX && cells * static_cast<double>(sizeof(double)) <= answer.forecast.bound;
         lengths.push_back(fits ? static_cast<std::size_t>(cells) : 0);
     }
-    const TableArrays queries(lengths, lengths);
+    TableArrays queries(lengths, lengths);
     results.queryStatus = queryStatus.get();
     results.queryTables = queries.cells();
     results.queryLabels = queries.labels();
@@ -394,6 +398,8 @@ NetworkAnswer BayesianNetwork::ask(const NetworkQuestion& question) const {
     answer.conditionals = families.conditionals.read();
     answer.families = families.joints.read();
     answer.cliqueJoints = joints.read();
+    for (std::size_t q = 0; q < lengths.size(); ++q)
+        if (queryStatus.asInts()[q] != NUMCORE_BYN_DONE) queries.drop(q);
     answer.queries = queries.read();
     for (std::size_t q = 0; q < answer.queries.size(); ++q) answer.queries[q].status = queryStatus.asInts()[q];
     return answer;

@@ -103,9 +103,9 @@ typedef struct BYN_Results {
     SAFEARRAY* jointLabels; /* BSTR, a cell per joint state */
     SAFEARRAY* joints;      /* doubles: P(clique | evidence) */
     /* Tables of the queries, query after query; conditioning nodes first (slowest), then the nodes asked for.
-     */
+     * A query that is refused takes no room. */
     SAFEARRAY* queryStatus; /* 32-bit integers, a cell per query: DONE, BAD_QUERY or TOO_LARGE */
-    SAFEARRAY* queryCells;  /* doubles, a cell per query: length of its table */
+    SAFEARRAY* queryCells;  /* doubles, a cell per query: length of its table, told for a refused one too */
     SAFEARRAY* queryLabels; /* BSTR, a cell per joint state */
     SAFEARRAY* queryTables; /* doubles: P(asked for | conditioned on, evidence) */
     /* The tree: 32-bit integers unless said otherwise. Lists of members stand one after another. */

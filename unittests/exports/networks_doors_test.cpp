@@ -117,12 +117,21 @@ TEST(NetworkDoors, RefusesWhatDoesNotFit) {
     // A query that joins nodes far apart has a table of its own to fit.
     NetworkQuestion question;
     question.memory = 10000.0;
-    question.queries = {{{0, 3, 6, 9}, {}}, {{0, 9}, {}}};
+    question.queries = {{{0, 3, 6, 9}, {}}, {{0, 9}, {}}, {{9, 8, 7, 6, 5, 4, 3, 2}, {1}}, {{1}, {8}}};
     const NetworkAnswer answer = BayesianNetwork(chain(10, 5)).ask(question);
     EXPECT_EQ(answer.status, NUMCORE_BYN_DONE);
     EXPECT_EQ(answer.queries[0].status, NUMCORE_BYN_TOO_LARGE);
     EXPECT_EQ(answer.queries[1].status, NUMCORE_BYN_DONE);
-    EXPECT_NEAR(answer.queries[1].cells[0], 0.04, 1e-15);
+    EXPECT_NEAR(answer.queries[1].cells.at(0), 0.04, 1e-15);
+    EXPECT_TRUE(answer.queries[2].cells.empty());
+    EXPECT_NEAR(answer.queries[3].cells.at(24), 0.2, 1e-15);
+    // Without a bound too there are tables that no array holds.
+    question.memory = std::numeric_limits<double>::infinity();
+    question.queries = {{{}, {}}};
+    for (std::size_t node = 0; node < 40; ++node) question.queries[0].nodes.push_back(node);
+    const NetworkAnswer unbound = BayesianNetwork(chain(40, 2)).ask(question);
+    EXPECT_EQ(unbound.status, NUMCORE_BYN_DONE);
+    EXPECT_EQ(unbound.queries[0].status, NUMCORE_BYN_TOO_LARGE);
 }
 
 TEST(NetworkDoors, RefusesMalformedNetworks) {

@@ -1,6 +1,7 @@
 #include "decision/networks/output.hpp"
 
 #include <algorithm>
+#include <cmath>
 
 namespace numcore::networks {
 namespace {
@@ -161,10 +162,11 @@ void writeQueries(const Network& network, const JunctionTree& tree, const Calibr
         const JointQuery joint(network, tree, all);
         const double bytes =
             treeBytes + static_cast<double>(sizeof(double)) * (joint.nWorkCells() + joint.nCells());
-        const bool fits = bytes <= bound;
+        const bool fits = bytes <= bound && std::isfinite(bytes) && joint.nCells() <= INT32_MAX;
         status.put(static_cast<std::int32_t>(fits ? NUMCORE_BYN_DONE : NUMCORE_BYN_TOO_LARGE));
         length.put(joint.nCells());
-        if (!fits || calibrated == nullptr) {
+        if (!fits) continue;
+        if (calibrated == nullptr) {
             cell.skip(joint.nCells());
             label.skip(joint.nCells());
             continue;
