@@ -1,5 +1,6 @@
 // Exported routines of Bayesian networks over column sets: sets, graphs, trees, cliques.
 #include <algorithm>
+#include <numeric>
 
 #include "decision/networks/elimination.hpp"
 #include "decision/networks/exponential.hpp"
@@ -125,7 +126,10 @@ void Myintersect_ST(std::int32_t n, const cBYN_Table& a, const cBYN_Table& b, cB
 }
 
 std::int16_t Mysubset_ST(std::int32_t n, const cBYN_Table& a, const cBYN_Table& b) {
-    const std::vector<Number> first = setOf(firstCells(a, n));
+    const auto cells = firstCells(a, n);
+    // Kept: entries that cancel out are an empty set too.
+    if (std::accumulate(cells.begin(), cells.end(), 0.0) == 0.0) return NUMCORE_FALSE;
+    const std::vector<Number> first = setOf(cells);
     const std::vector<Number> second = setOf(firstCells(b, n));
     const std::size_t fewer = std::min(first.size(), second.size());
     if (fewer < 1) return NUMCORE_FALSE;

@@ -133,6 +133,7 @@ TEST(NetworkRoutines, Sets) {
     EXPECT_EQ(Mysubset_ST(4, vectorOf({0, 0}), b), NUMCORE_FALSE);
     EXPECT_EQ(Mysubset_ST(4, b, vectorOf({0, 0})), NUMCORE_FALSE);
     EXPECT_EQ(Mysubset_ST(-1, a, b), NUMCORE_FALSE);
+    EXPECT_EQ(Mysubset_ST(2, vectorOf({2, -2}), vectorOf({2, 0})), NUMCORE_FALSE);
     EXPECT_EQ(V_MinPos_ST(vectorOf({3, 1, 1}), 3), 2);
     EXPECT_EQ(V_MinPos_ST(vectorOf({3}), 0), 0);
     EXPECT_EQ(V_NonZeroNb_ST(vectorOf({1, -1, 0, kMissing, 2}), 99), 2);
