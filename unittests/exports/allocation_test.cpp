@@ -3,12 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <functional>
 #include <new>
 #include <vector>
 
+#include "numcore/bayesian_network.hpp"
 #include "numcore/numcore.h"
 
 namespace {
@@ -91,6 +93,7 @@ class Caller {
         SAFEARRAYBOUND bounds[] = {{2, 1}, {7, 1}};
         stats_.table = keep(SafeArrayCreate(VT_R8, 2, bounds));
         stats_.labels = keep(SafeArrayCreateVector(VT_BSTR, 1, 2));
+        makeNetwork();
     }
     ~Caller() {
         for (SAFEARRAY* array : arrays_) SafeArrayDestroy(array);
@@ -102,8 +105,37 @@ class Caller {
     ST_DataSet out_{};
     ST_QualiInfo info_{};
     ST_DescStats stats_{};
+    /// Nodes 1 and 2 are the parents of 3, 3 is that of 4, and 4 was seen; P(1 | 4) is asked for.
+    ST_DataSet keys_{};
+    BYN_Param network_{};
+    BYN_Results answers_{};
 
   private:
+    void makeNetwork() {
+        keys_.strings1Present.value = NUMCORE_TRUE;
+        keys_.strings1 = texts({{u"NODE1", u"NODE2", u"NODE3", u"NODE4"}});
+        network_.n = 4;
+        network_.nQueries = 1;
+        network_.sizes = ints({2, 2, 2, 2});
+        network_.observed = ints({0, 0, 0, 1});
+        network_.tables = doubles({.5, .5, .2, .8, .1, .9, .2, .8, .3, .7, .4, .6, .9, .1, .6, .4});
+        SAFEARRAYBOUND bounds[] = {{2, 1}, {4, 1}};
+        network_.parents = keep(SafeArrayCreate(VT_R8, 2, bounds));
+        const double parents[] = {0.0, 0.0, 0.0, 0.0, 1.0, 2.0, 3.0, 0.0};
+        std::ranges::copy(parents, static_cast<double*>(network_.parents->pvData));
+        SAFEARRAYBOUND cube[] = {{1, 1}, {1, 1}, {2, 1}};
+        network_.queries = keep(SafeArrayCreate(VT_R8, 3, cube));
+        const double query[] = {1.0, 4.0};
+        std::ranges::copy(query, static_cast<double*>(network_.queries->pvData));
+        for (SAFEARRAY** texts : {&answers_.headers, &answers_.marginalTitles, &answers_.stateLabels,
+                                  &answers_.familyLabels, &answers_.jointLabels, &answers_.queryLabels})
+            *texts = strings(std::vector<const char16_t*>(16));
+        for (SAFEARRAY** cells : {&answers_.marginals, &answers_.conditionals, &answers_.familyJoints,
+                                  &answers_.joints, &answers_.queryTables, &answers_.forecast.cliqueCells})
+            *cells = doubles(std::vector<double>(16));
+        for (SAFEARRAY** numbers : {&answers_.order, &answers_.cliqueSizes, &answers_.cliqueMembers})
+            *numbers = ints(std::vector<std::int32_t>(8));
+    }
     SAFEARRAY* keep(SAFEARRAY* array) {
         arrays_.push_back(array);
         return array;
@@ -213,6 +245,28 @@ INSTANTIATE_TEST_SUITE_P(
         NamedDoor{"StatsByGroup",
                   [](Caller& c) {
                       Cpp_GetStatsAndRestructure2_ST(&c.data_, 1, 0, &c.out_, nullptr, nullptr, nullptr);
+                  }},
+        NamedDoor{"NetworkCheck",
+                  [](Caller& c) { Cpp_BYNRun_DAG_ST(&c.keys_, &c.network_, &c.answers_, nullptr, nullptr); }},
+        NamedDoor{"NetworkForecast",
+                  [](Caller& c) { Cpp_BYNRun_Forecast_ST(&c.keys_, &c.network_, &c.answers_.forecast); }},
+        NamedDoor{"NetworkCompute",
+                  [](Caller& c) {
+                      c.answers_.status = NUMCORE_BYN_NO_DATA;
+                      Cpp_BYNRun_Compute_ST(&c.keys_, &c.network_, &c.answers_, nullptr, nullptr);
+                      ASSERT_EQ(c.answers_.status, NUMCORE_BYN_DONE);
+                  }},
+        NamedDoor{"NetworkTree",
+                  [](Caller& c) {
+                      const numcore::cST_DataSet keys(&c.keys_);
+                      const numcore::cBYN_Param network(&c.network_);
+                      numcore::cBYN_Table out[8];
+                      BYNRun_dag_Compute_ST(4, network.parents, *keys.strings1, out[0]);
+                      BYNRun_jtree_inf_Compute_ST(4, out[0], network.parents, *keys.strings1, network.sizes,
+                                                  out[1], out[2], out[3], out[4], out[5], out[6], out[7]);
+                      numcore::cBYN_Potentials potentials;
+                      numcore::matrix<std::int32_t> lengths;
+                      BYNRun_Init_pot_ST(4, 2, network.sizes, out[2], potentials, lengths);
                   }}),
     [](const auto& param) { return std::string(param.param.name); });
 
