@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -46,6 +47,9 @@ std::string bytesText(double bytes) {
 }
 
 std::string tooLarge(const caller::NetworkForecast& forecast) {
+    if (forecast.nCliques == 0)
+        return fmt::format("the graph alone takes more than the {} allowed (--memory allows more)",
+                           bytesText(forecast.bound));
     return fmt::format(
         "the tables of the junction tree take {:.6g} cells ({}), more than the {} allowed; the largest clique "
         "has "
@@ -101,7 +105,9 @@ bool asksForMore(const NetworkRequest& request) {
 
 void checkNetwork(const Network& network, const caller::BayesianNetwork& library,
                   const std::vector<std::size_t>& cycle, const std::string& file, Report& report) {
-    addCheckTables(network, cycle, library.check(), report);
+    std::optional<std::int32_t> exponentialCheck;
+    if (network.nodes.size() <= kMostExponentialNodes) exponentialCheck = library.check();
+    addCheckTables(network, cycle, exponentialCheck, report);
     if (!cycle.empty())
         report.warnings.push_back(
             fmt::format("{}: the arcs make a cycle: {}", file, cycleText(network, cycle)));

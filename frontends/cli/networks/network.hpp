@@ -27,6 +27,8 @@ struct Network {
 
 /// A row that misses 1 by no more is taken for rounded.
 inline constexpr double kRowRounding = 5e-6;
+/// Nodes of a network that the check by a matrix exponential is asked of: its time grows with their cube.
+inline constexpr std::size_t kMostExponentialNodes = 500;
 /// Warnings of one kind that are spelled out.
 inline constexpr std::size_t kMostWarnings = 5;
 

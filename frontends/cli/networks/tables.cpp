@@ -322,8 +322,8 @@ void addTreeTables(const Network& network, const caller::NetworkAnswer& answer, 
     addTreeDetails(network, answer.tree, report);
 }
 
-void addCheckTables(const Network& network, const std::vector<std::size_t>& cycle, int libraryCheck,
-                    Report& report) {
+void addCheckTables(const Network& network, const std::vector<std::size_t>& cycle,
+                    std::optional<std::int32_t> libraryCheck, Report& report) {
     std::size_t mostStates = 0;
     std::size_t mostParents = 0;
     std::size_t nRows = 0;
@@ -352,10 +352,17 @@ void addCheckTables(const Network& network, const std::vector<std::size_t>& cycl
     table.rows.push_back({std::string(cycle.empty() ? "yes" : "no"), wholeCell(network.nodes.size()),
                           wholeCell(countArcs(network)), wholeCell(mostStates), wholeCell(mostParents),
                           wholeCell(nRows), wholeCell(nNumbers), wholeCell(network.nRowsOff),
-                          cellOf(network.largestRowError), wholeCell(static_cast<std::size_t>(libraryCheck))});
+                          cellOf(network.largestRowError),
+                          libraryCheck ? wholeCell(static_cast<std::size_t>(*libraryCheck)) : Cell()});
     report.tables.push_back(std::move(table));
     report.notes.emplace_back(
-        "Exponential: the library's check by a matrix exponential, 0 when every node is on a cycle, else 1");
+        libraryCheck
+            ? "Exponential: the library's check by a matrix exponential, 0 when every node is on a cycle, else "
+              "1"
+            : fmt::format(
+                  "Exponential: the library's check by a matrix exponential is not asked of more than {} "
+                  "nodes",
+                  kMostExponentialNodes));
     if (cycle.empty()) return;
     ReportTable path{
         "cycle", "A cycle", {{"step", "Step", ColumnKind::kCount}, {"node", "Node", ColumnKind::kText}},

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,9 +36,9 @@ ReportTable queryTable(const Network& network, const NetworkQueryAsked& asked,
 /// Cliques, separators, order of elimination, sizes; details for JSON.
 void addTreeTables(const Network& network, const caller::NetworkAnswer& answer, Report& report);
 
-/// Counts, sums of rows, cycles, and what the library's own check tells.
-void addCheckTables(const Network& network, const std::vector<std::size_t>& cycle, int libraryCheck,
-                    Report& report);
+/// Counts, sums of rows, cycles, and what the library's own check tells, if it was asked.
+void addCheckTables(const Network& network, const std::vector<std::size_t>& cycle,
+                    std::optional<std::int32_t> libraryCheck, Report& report);
 
 /// "a -> b -> a".
 std::string cycleText(const Network& network, const std::vector<std::size_t>& cycle);

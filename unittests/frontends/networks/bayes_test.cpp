@@ -213,19 +213,32 @@ TEST(Bayes, ChecksBeforeAnythingElse) {
     EXPECT_EQ(tableOf(cyclic, "check").rows[0].back(), Cell(std::int64_t{0})) << "every node on a cycle";
     EXPECT_EQ(tableOf(cyclic, "cycle").rows.size(), 2U);
     ASSERT_EQ(cyclic.warnings.size(), 1U);
+    // The check by an exponential, cubic in the nodes, is not asked of a large network.
+    std::string text = "variable n0 { type discrete { x }; } probability (n0) { default 1; }";
+    for (int i = 1; i <= 2000; ++i)
+        text += "variable n" + std::to_string(i) + " { type discrete { x }; } probability (n" +
+                std::to_string(i) + "|n" + std::to_string(i - 1) + ") { default 1; }";
+    const TemporaryFile chain(text);
+    Options large = askAbout(chain.path());
+    large.network.check = true;
+    EXPECT_EQ(tableOf(askNetwork(large), "check").rows[0][0], Cell("yes"));
+    EXPECT_EQ(tableOf(askNetwork(large), "check").rows[0].back(), Cell());
     options.network.check = false;
     EXPECT_THROW(askNetwork(options), DataError);
 }
 
 TEST(Bayes, RefusesTablesBeyondTheMemoryAllowed) {
     Options options = askAbout(networkFile("child"));
-    options.network.memory = "100";
-    try {
-        askNetwork(options);
-        FAIL() << "must not fit";
-    } catch (const DataError& error) {
-        EXPECT_NE(std::string(error.what()).find("more than the 100 bytes allowed"), std::string::npos)
-            << error.what();
+    for (const auto& [memory, sentence] :
+         {std::pair("99", "the graph alone takes more than the 99 bytes allowed"),
+          std::pair("100", "more than the 100 bytes allowed; the largest clique has 216 cells")}) {
+        options.network.memory = memory;
+        try {
+            askNetwork(options);
+            ADD_FAILURE() << "must not fit";
+        } catch (const DataError& error) {
+            EXPECT_NE(std::string(error.what()).find(sentence), std::string::npos) << error.what();
+        }
     }
     options.network.tree = true;
     const Report report = askNetwork(options);
