@@ -62,52 +62,57 @@ Axes axesOf(std::span<const Number> nodes, std::span<const Number> sizes) {
 }
 
 Projection::Projection(const Axes& whole, std::span<const Number> part) : wholeCells_(whole.nCells()) {
-    std::vector<Axis> axes;
-    axes.reserve(whole.nodes.size());
-    for (const Number extent : whole.extents) axes.push_back({static_cast<std::size_t>(extent), 0});
+    std::array<Number, kMostAxes> nodes{};
+    std::array<Axis, kMostAxes> axes{};
+    std::size_t n = 0;
+    for (std::size_t i = 0; i < whole.nodes.size(); ++i) {
+        if (whole.extents[i] == 1) continue;
+        nodes[n] = whole.nodes[i];
+        axes[n++] = {static_cast<std::size_t>(whole.extents[i]), 0};
+    }
     for (std::size_t p = part.size(); p-- > 0;) {
-        const auto at = static_cast<std::size_t>(std::ranges::find(whole.nodes, part[p]) - whole.nodes.begin());
+        const auto at = static_cast<std::size_t>(
+            std::find(nodes.begin(), nodes.begin() + static_cast<std::ptrdiff_t>(n), part[p]) - nodes.begin());
+        if (at == n) continue;
         axes[at].stride = partCells_;
         partCells_ *= axes[at].extent;
     }
-    merge(axes);
-    splitIntoBlocks(std::move(axes));
+    splitIntoBlocks(merge(std::span(axes).first(n)));
 }
 
-/// Axes of one state go; neighbouring axes that advance through both tables as one become one.
-void Projection::merge(std::vector<Axis>& axes) {
+/// Neighbouring axes that advance through both tables as one become one.
+std::span<Projection::Axis> Projection::merge(std::span<Axis> axes) {
     std::size_t nMerged = 0;
     for (const Axis& axis : axes) {
-        if (axis.extent == 1) continue;
         if (nMerged > 0 && axes[nMerged - 1].stride == axis.stride * axis.extent) {
             axes[nMerged - 1] = {axes[nMerged - 1].extent * axis.extent, axis.stride};
         } else {
             axes[nMerged++] = axis;
         }
     }
-    axes.resize(nMerged);
+    return axes.first(nMerged);
 }
 
 // A long last axis that stays in place or runs along is a block by itself. Otherwise the last axes, as many as
 // fit, make a block whose positions are listed.
-void Projection::splitIntoBlocks(std::vector<Axis> axes) {
-    if (!axes.empty() && axes.back().stride <= 1 && axes.back().extent >= kLongRun) {
+void Projection::splitIntoBlocks(std::span<const Axis> axes) {
+    std::size_t nOuter = axes.size();
+    if (nOuter > 0 && axes.back().stride <= 1 && axes.back().extent >= kLongRun) {
         blockCells_ = axes.back().extent;
         runStride_ = axes.back().stride;
-        axes.pop_back();
+        --nOuter;
     } else {
         positions_.reserve(std::min(wholeCells_, kMostBlockCells));
         positions_.push_back(0);
-        while (!axes.empty() && (blockCells_ == 1 || blockCells_ * axes.back().extent <= kMostBlockCells)) {
-            const Axis axis = axes.back();
-            axes.pop_back();
+        while (nOuter > 0 && (blockCells_ == 1 || blockCells_ * axes[nOuter - 1].extent <= kMostBlockCells)) {
+            const Axis axis = axes[--nOuter];
             positions_.resize(blockCells_ * axis.extent);
             for (std::size_t i = blockCells_; i < positions_.size(); ++i)
                 positions_[i] = positions_[i - blockCells_] + static_cast<std::uint32_t>(axis.stride);
             blockCells_ *= axis.extent;
         }
     }
-    outer_ = std::move(axes);
+    outer_.assign(axes.begin(), axes.begin() + static_cast<std::ptrdiff_t>(nOuter));
 }
 
 template <class Block>

@@ -49,8 +49,8 @@ class Projection {
         std::size_t stride;  ///< in the smaller table; 0 where it has not this axis
     };
 
-    static void merge(std::vector<Axis>& axes);
-    void splitIntoBlocks(std::vector<Axis> axes);
+    static std::span<Axis> merge(std::span<Axis> axes);
+    void splitIntoBlocks(std::span<const Axis> axes);
     template <class Block>
     void forEachBlock(const Block& block) const;
 
