@@ -100,7 +100,8 @@ TEST(NetworkDoors, ImpossibleEvidenceIsMarked) {
     EXPECT_EQ(answer.status, NUMCORE_BYN_IMPOSSIBLE);
     EXPECT_EQ(answer.probability, 0.0);
     EXPECT_EQ(answer.marginals[0][0], NUMCORE_MISSING);
-    EXPECT_EQ(answer.queries[0].cells[0], NUMCORE_MISSING);
+    EXPECT_EQ(answer.queries[0].cells, (std::vector<double>(2, NUMCORE_MISSING)));
+    EXPECT_EQ(answer.queries[0].labels, (std::vector<std::u16string>{u"Rain=yes", u"Rain=no"}));
 }
 
 TEST(NetworkDoors, RefusesWhatDoesNotFit) {

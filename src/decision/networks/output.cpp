@@ -166,14 +166,13 @@ void writeQueries(const Network& network, const JunctionTree& tree, const Calibr
         status.put(static_cast<std::int32_t>(fits ? NUMCORE_BYN_DONE : NUMCORE_BYN_TOO_LARGE));
         length.put(joint.nCells());
         if (!fits) continue;
-        if (calibrated == nullptr) {
-            cell.skip(joint.nCells());
-            label.skip(joint.nCells());
-            continue;
-        }
         const Axes axes = axesOf(all, network.sizes);
         writeJointLabels(axes, names, label);
         if (!cell.isWanted()) continue;
+        if (calibrated == nullptr) {
+            cell.skip(joint.nCells());
+            continue;
+        }
         std::vector<double> table(axes.nCells());
         joint.answer(*calibrated, table);
         if (!query.given.empty()) conditionOn(table, axesOf(query.nodes, network.sizes).nCells());
