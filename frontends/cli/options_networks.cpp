@@ -20,7 +20,7 @@ Examples:
   numcore bayes asia.bif --likely xray=0.8:0.2 --joint lung,bronc
   numcore bayes asia.bif --query 'lung|smoke' --query 'lung,tub|either=yes'
   numcore bayes child.bif --tree --format json
-  numcore bayes child.bif --evidence CO2Report=<7.5 --tree --plot child.svg
+  numcore bayes child.bif --evidence 'CO2Report=<7.5' --tree --plot child.svg
   numcore bayes drawn.bif --check)";
 
 }  // namespace

@@ -57,7 +57,7 @@ Input Input::open(const std::string& file, Progress& progress) {
     const auto path = pathFromUtf8(file);
     std::error_code ignored;
     if (std::filesystem::is_directory(path, ignored)) {
-        throw DataError(fmt::format("{}: is a directory; name a CSV file", printable(file)));
+        throw DataError(fmt::format("{}: is a directory; name a file", printable(file)));
     }
     input.mapping_ = FileMapping(path);
     input.text_ = input.mapping_.bytes();

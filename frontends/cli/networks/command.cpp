@@ -155,7 +155,10 @@ Report askNetwork(const Options& options) {
     checkStatus(answers.before, file);
     if (answers.after.status == NUMCORE_BYN_IMPOSSIBLE) {
         report.warnings.push_back(
-            fmt::format("{}: the evidence has probability 0: no probabilities given it", file));
+            fmt::format("{}: {}", file,
+                        answers.before.status == NUMCORE_BYN_IMPOSSIBLE
+                            ? "every joint state has weight 0: no probabilities"
+                            : "the evidence has probability 0: no probabilities given it"));
     }
     report.tables.push_back(summaryTable(network, asked, answers));
     report.tables.push_back(marginalTable(network, asked, answers));

@@ -160,6 +160,14 @@ TEST(Bayes, MarksImpossibleEvidence) {
     }
 }
 
+TEST(Bayes, TellsATableOfZerosFromImpossibleEvidence) {
+    const TemporaryFile zeros("variable a { type discrete { x y }; } probability (a) { table 0 0; }");
+    const Report report = askNetwork(askAbout(zeros.path()));
+    ASSERT_EQ(report.warnings.size(), 2U);
+    EXPECT_NE(report.warnings[1].find("every joint state has weight 0"), std::string::npos);
+    EXPECT_EQ(tableOf(report, "marginals").rows[0].back(), Cell());
+}
+
 TEST(Bayes, TellsTheJunctionTree) {
     for (const Json& network : referenceNetworks()) {
         const Json& structure = network["structure"];
