@@ -95,6 +95,19 @@ void BM_Growth(benchmark::State& state) {
 }
 BENCHMARK(BM_Growth)->RangeMultiplier(3)->Range(10, 2000)->Unit(benchmark::kMicrosecond)->Complexity();
 
+/// Growth with the children of one node, which every clique holds: the tree alone.
+void BM_Star(benchmark::State& state) {
+    Network network;
+    const Number middle = 0;
+    for (std::int64_t node = 0; node < state.range(0); ++node) {
+        network.sizes.push_back(2);
+        network.parents.append(std::span(&middle, node == 0 ? 0U : 1U));
+    }
+    for (auto _ : state) benchmark::DoNotOptimize(buildJunctionTree(network));
+    state.SetComplexityN(state.range(0));
+}
+BENCHMARK(BM_Star)->RangeMultiplier(10)->Range(100, 10000)->Unit(benchmark::kMicrosecond)->Complexity();
+
 /// Propagation in a chain of tables of 3 nodes: cells of clique tables a second, each counted when a
 /// conditional table goes in, twice for each message that leaves or enters its clique, and twice when it is
 /// normalised.
