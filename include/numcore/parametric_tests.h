@@ -79,7 +79,7 @@ typedef struct ST_TZParam {
     double alpha;
     double variance1;
     double variance2;
-    ResamplingOptions* resampling; /* or null */
+    ResamplingOptions* resampling; /* or null; one seed for all tests, the counts are those of the last one */
 } ST_TZParam;
 NUMCORE_LAYOUT(sizeof(ST_TZParam) == 64);
 NUMCORE_LAYOUT(offsetof(ST_TZParam, hypothesised) == 24);
@@ -197,8 +197,7 @@ NUMCORE_API int32_t Cpp_ZTestTheoreticalMean(const double* x, int32_t n, const d
  *  Arguments and outputs as in `TTest2SamplesNew`, and:
  *  @param variance1, variance2 known variances, read when givenVariances is true. Paired: variance1 is that of
  *                        the differences and variance2 is not read
- *  @param givenVariances flag: the variances are known; otherwise they are estimated (resampled pairs: always
- *                        estimated in the resamples)
+ *  @param givenVariances flag: the variances are known; otherwise they are estimated
  *  @param z              out: (difference - D) / standard error, which has n1' and n2' (kept: counts, not sums
  * of weights). For a standard error below 2.220446049250313e-16 the overflow marker where difference exceeds D,
  * else minus that marker (kept: no zero case, unlike t)

@@ -3,7 +3,8 @@
 
 #include "numcore/records.h"
 
-/* How resamples are made. Any other value counts as automatic. */
+/* How resamples are made. Any other value counts as automatic. The arrangements of one sample, and of pairs,
+ * are the signs of the distances from the hypothesis. */
 enum NumcoreResamplingMethod {
     NUMCORE_RESAMPLE_AUTOMATIC = 0,   /* every arrangement when there are few, drawn permutations otherwise */
     NUMCORE_RESAMPLE_PERMUTATION = 1, /* drawn permutations, however few arrangements there are */

@@ -5,6 +5,7 @@
 
 #include "exports/parametric_input.hpp"
 #include "frame/categories.hpp"
+#include "suite/rngcore.hpp"
 
 namespace inside = numcore::tests;
 
@@ -124,6 +125,26 @@ class MeanTests {
     std::vector<std::int32_t> groupOfRow_;  // empty unless there are two groups
 };
 
+// The tests of a call draw from one seed: one of chance is chosen once, so that it tells of all of them.
+class OneSeed {
+  public:
+    explicit OneSeed(ResamplingOptions* options) : options_(inside::askedFor(options)) {
+        if (options_ == nullptr) return;
+        given_ = options_->seedGiven;
+        if (!isTrue(given_)) options_->seed = numcore::rngcore::chooseSeed();
+        options_->seedGiven = NUMCORE_TRUE;
+    }
+    ~OneSeed() {
+        if (options_ != nullptr) options_->seedGiven = given_;
+    }
+    OneSeed(const OneSeed&) = delete;
+    OneSeed& operator=(const OneSeed&) = delete;
+
+  private:
+    ResamplingOptions* options_;
+    std::int16_t given_ = 0;
+};
+
 std::array<double, NUMCORE_MEAN_COLUMNS> cellsOf(const TestedRow& row, bool isZ) {
     std::array<double, NUMCORE_MEAN_COLUMNS> cells{};
     cells[NUMCORE_MEAN_N1] = row.n1;
@@ -160,6 +181,7 @@ int32_t Cpp_TZ_Compute(ST_DataSet* data, const ST_TZParam* param, ST_TZResults* 
     if (data == nullptr || param == nullptr || results == nullptr) return NUMCORE_TEST_TOO_FEW;
     return inside::withCopy(param->resampling, [&](ResamplingOptions* options) {
         return inside::withinMemory([&] {
+            const OneSeed seed(options);
             const MeanTests tests(data, *param, options);
             std::vector<TestedRow> rows;
             rows.reserve(static_cast<std::size_t>(tests.count()));

@@ -193,6 +193,46 @@ TEST(TZCompute, TestsColumnsAloneInPairsAndByGroup) {
     EXPECT_EQ(groups(0, NUMCORE_MEAN_DF), 18.0);
 }
 
+// Expected: sums over all 512 changes of sign in Python, as in reference/tests/resampling_exact.csv.
+TEST(TZCompute, OneSampleResamples) {
+    const Values x = {0.65, -0.14, -1.05, 0.37, 1.76, 2.4, 0.43, -1.63, 2.09};
+    DataSet data;
+    data.setNumeric1(numericTable({{u"x", x}, {u"again", x}}));
+    TZ out(2);
+    ResamplingOptions options{};
+    options.useResampling = NUMCORE_TRUE;
+    ST_TZParam param = paramOf(NUMCORE_MEAN_T, NUMCORE_MEAN_ONE_SAMPLE);
+    param.resampling = &options;
+    EXPECT_EQ(Cpp_TZ_Compute(&data.record(), &param, &out.results), 0);
+    EXPECT_EQ(options.outcome, NUMCORE_RESAMPLED | NUMCORE_RESAMPLED_ALL);
+    EXPECT_EQ(out(0, NUMCORE_MEAN_P), 138.0 / 512.0);
+    EXPECT_NEAR(out(0, NUMCORE_MEAN_CRITICAL), 2.494530663333562, 1e-13);
+    const double mean = out(0, NUMCORE_MEAN_DIFFERENCE);
+    const double error = mean / out(0, NUMCORE_MEAN_STATISTIC);
+    EXPECT_NEAR(out(0, NUMCORE_MEAN_LOWER), mean - 2.494530663333562 * error, 1e-12);
+    EXPECT_NEAR(out(0, NUMCORE_MEAN_UPPER), mean + 2.494530663333562 * error, 1e-12);
+
+    param.test = NUMCORE_MEAN_Z;
+    param.alternative = 1;
+    param.hypothesised = 0.2;
+    param.givenVariances = NUMCORE_TRUE;
+    param.variance1 = 2.25;
+    EXPECT_EQ(Cpp_TZ_Compute(&data.record(), &param, &out.results), 0);
+    EXPECT_EQ(out(0, NUMCORE_MEAN_P), 112.0 / 512.0);
+    EXPECT_NEAR(out(0, NUMCORE_MEAN_CRITICAL), 1.4088888888888886, 1e-13);
+
+    // One seed of chance for all columns; it comes back and the flag stays.
+    options.method = NUMCORE_RESAMPLE_BOOTSTRAP;
+    options.nResamples = 500;
+    EXPECT_EQ(Cpp_TZ_Compute(&data.record(), &param, &out.results), 0);
+    const double chance = out(0, NUMCORE_MEAN_CRITICAL);
+    EXPECT_EQ(out(1, NUMCORE_MEAN_CRITICAL), chance);
+    EXPECT_EQ(options.seedGiven, 0);
+    options.seedGiven = NUMCORE_TRUE;
+    EXPECT_EQ(Cpp_TZ_Compute(&data.record(), &param, &out.results), 0);
+    EXPECT_EQ(out(0, NUMCORE_MEAN_CRITICAL), chance);
+}
+
 TEST(TZCompute, RefusesWhatItCannotTest) {
     DataSet data;
     TZ out(1);

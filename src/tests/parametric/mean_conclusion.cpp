@@ -25,14 +25,22 @@ double MeanLaw::quantile(double p) const {
     return normal ? InvCDFNormalStd(p) : InvCDFStudent(p, df);
 }
 
-Decision decideByLaw(const MeanLaw& law, double statistic, const MeanQuestion& question) {
+Decision decideMeans(const MeanLaw& law, double statistic, const MeanQuestion& question,
+                     ResamplingRequest request) {
+    if (question.resampling != nullptr) {
+        request.hypothesised = question.hypothesised;
+        request.alpha = question.alpha;
+        request.alternative = question.alternative;
+        const Resampled found = resample(request, *question.resampling);
+        return {found.pValue, found.critical};
+    }
     const double lowerTail = law.lowerTail(statistic);
     return decide({lowerTail, 1.0 - lowerTail}, question.alpha, question.alternative,
                   [&law](double p) { return law.quantile(p); });
 }
 
 MeanTest concludeMeans(const Estimate& estimate, const MeanLaw& law, const MeanQuestion& question,
-                       ResamplingRequest request, const double* critical) {
+                       const ResamplingRequest& request, const double* critical) {
     MeanTest test;
     test.difference = asResult(estimate.difference);
     if (!law.normal) test.df = asResult(law.df);
@@ -45,18 +53,10 @@ MeanTest concludeMeans(const Estimate& estimate, const MeanLaw& law, const MeanQ
     test.statistic = estimate.standardError < kWeightEpsilon
                          ? withoutError(estimate.difference, question.hypothesised, law.normal)
                          : asResult(distance / estimate.standardError);
-    if (question.resampling != nullptr) {
-        request.hypothesised = question.hypothesised;
-        request.alpha = question.alpha;
-        request.alternative = question.alternative;
-        const Resampled found = resample(request, *question.resampling);
-        test.pValue = found.pValue;
-        test.critical = found.critical;
-    } else {
-        const Decision decision = decideByLaw(law, test.statistic, question);
-        test.pValue = decision.pValue;
-        test.critical = critical == nullptr ? decision.critical : asResult(*critical);
-    }
+    const Decision decision = decideMeans(law, test.statistic, question, request);
+    test.pValue = decision.pValue;
+    const bool byLaw = question.resampling == nullptr;
+    test.critical = byLaw && critical != nullptr ? asResult(*critical) : decision.critical;
     test.limits =
         limitsAround(estimate.difference, test.critical, estimate.standardError, question.alternative);
     return test;

@@ -34,7 +34,8 @@ struct GivenVariances {
     double second;
 };
 
-/// Student's t test against a theoretical mean; the values are not compacted. Limits are those of the mean.
+/// Student's t test against a theoretical mean. Limits are those of the mean. The values are not compacted;
+/// resampling needs compact ones, and gives nothing otherwise.
 MeanTest tTestOneSample(std::span<const double> values, std::span<const double> weights,
                         const MeanQuestion& question);
 /// The same with the normal law; without a given variance it is estimated.
@@ -53,7 +54,6 @@ MeanTest tTestPaired(const CompactPairs& pairs, const MeanQuestion& question);
 
 MeanTest zTestIndependent(const Sample& first, const Sample& second, std::optional<GivenVariances> given,
                           const MeanQuestion& question);
-/// When it resamples, the variance is estimated in every resample, given or not.
 MeanTest zTestPaired(const CompactPairs& pairs, std::optional<GivenVariances> given,
                      const MeanQuestion& question);
 

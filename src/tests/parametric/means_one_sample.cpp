@@ -19,7 +19,8 @@ struct OneSample {
     double nNeeded;
 };
 
-MeanTest concludeOneSample(const OneSample& sample, const MeanLaw& law, const MeanQuestion& question) {
+MeanTest concludeOneSample(const OneSample& sample, const MeanLaw& law, const MeanQuestion& question,
+                           const ResamplingRequest& request) {
     MeanTest test;
     test.df = sample.n - 1.0;
     if (sample.mean != kMissing) test.difference = asResult(sample.mean - question.hypothesised);
@@ -33,7 +34,7 @@ MeanTest concludeOneSample(const OneSample& sample, const MeanLaw& law, const Me
 
     const double standardError = std::sqrt(sample.variance / sample.n);
     test.statistic = asResult((sample.mean - question.hypothesised) / standardError);
-    const Decision decision = decideByLaw(law, test.statistic, question);
+    const Decision decision = decideMeans(law, test.statistic, question, request);
     test.pValue = decision.pValue;
     test.critical = decision.critical;
     test.limits = limitsAround(sample.mean, test.critical, standardError, question.alternative);
@@ -46,7 +47,9 @@ MeanTest tTestOneSample(std::span<const double> values, std::span<const double> 
                         const MeanQuestion& question) {
     OneSample sample{countNotMissing(values), kMissing, kMissing, 2.0};
     vmcore::V_MeanVarW2(values, weights, sample.mean, sample.variance);
-    return concludeOneSample(sample, {false, sample.n - 1.0}, question);
+    const Sample group{values, weights};
+    return concludeOneSample(sample, {false, sample.n - 1.0}, question,
+                             {.statistic = Statistic::kOneMean, .groups = {&group, 1}});
 }
 
 MeanTest zTestOneSample(std::span<const double> values, std::span<const double> weights,
@@ -54,7 +57,10 @@ MeanTest zTestOneSample(std::span<const double> values, std::span<const double> 
     OneSample sample{countNotMissing(values), kMissing, kMissing, givenVariance ? 1.0 : 2.0};
     vmcore::V_MeanVarW2(values, weights, sample.mean, sample.variance);
     if (givenVariance && sample.mean != kMissing) sample.variance = *givenVariance;
-    return concludeOneSample(sample, {true, 0.0}, question);
+    const Sample group{values, weights};
+    ResamplingRequest request{.statistic = Statistic::kOneMean, .groups = {&group, 1}};
+    if (givenVariance) request.givenVariances = {&*givenVariance, 1};
+    return concludeOneSample(sample, {true, 0.0}, question, request);
 }
 
 }  // namespace numcore::tests

@@ -58,11 +58,12 @@ struct Differences {
 };
 
 MeanTest concludePairs(const CompactPairs& pairs, const Estimate& estimate, const MeanLaw& law,
-                       Statistic statistic, const MeanQuestion& question) {
+                       ResamplingRequest request, const MeanQuestion& question) {
     if (question.resampling == nullptr) return concludeMeans(estimate, law, question, {});
     const Differences differences(pairs);
     const Sample group{differences.values, pairs.weights};
-    return concludeMeans(estimate, law, question, {.statistic = statistic, .groups = {&group, 1}});
+    request.groups = {&group, 1};
+    return concludeMeans(estimate, law, question, request);
 }
 
 }  // namespace
@@ -91,7 +92,8 @@ MeanTest tTestPaired(const CompactPairs& pairs, const MeanQuestion& question) {
     if (moments.n < 2.0) return {};
     const double df = moments.weight - 1.0;
     const double standardError = std::sqrt(moments.squares / df / moments.weight);
-    return concludePairs(pairs, {moments.mean, standardError}, {false, df}, Statistic::kPairedT, question);
+    return concludePairs(pairs, {moments.mean, standardError}, {false, df}, {.statistic = Statistic::kPairedT},
+                         question);
 }
 
 MeanTest zTestIndependent(const Sample& first, const Sample& second, std::optional<GivenVariances> given,
@@ -114,8 +116,9 @@ MeanTest zTestPaired(const CompactPairs& pairs, std::optional<GivenVariances> gi
     const Moments moments = momentsOfDifferences(pairs);
     if (moments.n < 2.0) return {};
     const double variance = given ? given->first : moments.squares / (moments.n - 1.0);
-    return concludePairs(pairs, {moments.mean, std::sqrt(variance / moments.n)}, kNormalLaw,
-                         Statistic::kPairedZ, question);
+    ResamplingRequest request{.statistic = Statistic::kPairedZ};
+    if (given) request.givenVariances = {&variance, 1};
+    return concludePairs(pairs, {moments.mean, std::sqrt(variance / moments.n)}, kNormalLaw, request, question);
 }
 
 }  // namespace numcore::tests

@@ -13,10 +13,13 @@ double overError(double difference, double squaredError) {
 }
 
 double zStatistic(const GroupMoments& a, const GroupMoments& b, std::span<const double> given) {
-    const bool isGiven = given.size() == 2;
-    const double variance1 = isGiven ? given[0] : a.variance();
-    const double variance2 = isGiven ? given[1] : b.variance();
+    const double variance1 = given.empty() ? a.variance() : given[0];
+    const double variance2 = given.empty() ? b.variance() : given[1];
     return overError(a.mean - b.mean, variance1 / a.count + variance2 / b.count);
+}
+
+double oneMean(const GroupMoments& group, double estimated, std::span<const double> given) {
+    return overError(group.mean, (given.empty() ? estimated : given[0]) / group.count);
 }
 
 double pooledT(const GroupMoments& a, const GroupMoments& b) {
@@ -62,7 +65,9 @@ double Formula::operator()(std::span<const GroupMoments> groups) const {
         case Statistic::kWelch:
             return welchT(groups[0], groups[1]);
         case Statistic::kPairedZ:
-            return overError(groups[0].mean, groups[0].squares / (groups[0].count - 1.0) / groups[0].count);
+            return oneMean(groups[0], groups[0].squares / (groups[0].count - 1.0), givenVariances);
+        case Statistic::kOneMean:
+            return oneMean(groups[0], groups[0].variance(), givenVariances);
         case Statistic::kPairedT:
             return overError(groups[0].mean, groups[0].variance() / groups[0].weight);
         case Statistic::kVarianceRatio:

@@ -11,7 +11,7 @@ namespace numcore::tests {
 
 struct Formula {
     Statistic statistic = Statistic::kT;
-    std::span<const double> givenVariances{};  ///< kZ: two, or none
+    std::span<const double> givenVariances{};  ///< one a group, or none
 
     /// NaN when there is none. Without spread the statistics of means are 0 for equal means and otherwise the
     /// overflow marker, or its negative.

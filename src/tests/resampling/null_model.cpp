@@ -10,12 +10,13 @@
 namespace numcore::tests {
 namespace {
 
-bool isPaired(Statistic statistic) {
-    return statistic == Statistic::kPairedZ || statistic == Statistic::kPairedT;
+bool hasOneGroup(Statistic statistic) {
+    return statistic == Statistic::kPairedZ || statistic == Statistic::kPairedT ||
+           statistic == Statistic::kOneMean;
 }
 
 bool comparesMeans(Statistic statistic) {
-    return isPaired(statistic) || statistic == Statistic::kZ || statistic == Statistic::kT ||
+    return hasOneGroup(statistic) || statistic == Statistic::kZ || statistic == Statistic::kT ||
            statistic == Statistic::kWelch;
 }
 
@@ -25,7 +26,7 @@ bool comparesVariances(Statistic statistic) {
 
 bool hasRightGroups(const ResamplingRequest& request) {
     const std::size_t n = request.groups.size();
-    if (isPaired(request.statistic)) return n == 1;
+    if (hasOneGroup(request.statistic)) return n == 1;
     if (comparesMeans(request.statistic) || request.statistic == Statistic::kVarianceRatio) return n == 2;
     return n >= 2;
 }
@@ -42,7 +43,7 @@ bool isMeaningful(const ResamplingRequest& request) {
     if (!std::isfinite(request.hypothesised)) return false;
     if (request.statistic == Statistic::kVarianceRatio && !(request.hypothesised > 0.0)) return false;
     if (request.givenVariances.empty()) return true;
-    return request.givenVariances.size() == 2 &&
+    return request.givenVariances.size() == request.groups.size() &&
            std::all_of(request.givenVariances.begin(), request.givenVariances.end(),
                        [](double variance) { return std::isfinite(variance) && variance >= 0.0; });
 }
@@ -139,7 +140,7 @@ void imposeHypothesis(const ResamplingRequest& request, double difference, NullM
     if (comparesMeans(request.statistic)) {
         for (double& value : first) value -= difference;
     }
-    if (!isPaired(request.statistic)) centre(groups.moments(model.data, 0, model.data.size()), model.data);
+    if (!hasOneGroup(request.statistic)) centre(groups.moments(model.data, 0, model.data.size()), model.data);
 }
 
 }  // namespace

@@ -75,11 +75,11 @@ Resampled resampleGroups(const Run& run) {
                     run.settings, run.options);
 }
 
-// ---- Pairs
+// ---- Signs
 
-class SignedPairs {
+class SignedGroup {
   public:
-    SignedPairs(const Formula& formula, const NullModel& model)
+    SignedGroup(const Formula& formula, const NullModel& model)
         : formula_(formula), values_(model.data), weights_(model.weights), sums_(weightedValues(model)) {
         for (std::size_t i = 0; i < values_.size(); ++i) {
             const double weight = weights_.empty() ? 1.0 : weights_[i];
@@ -123,10 +123,10 @@ class SignedPairs {
     double squares_ = 0.0;
 };
 
-Resampled resamplePairs(const Run& run) {
-    const SignedPairs pairs(formulaOf(run), run.model);
+Resampled resampleSigns(const Run& run) {
+    const SignedGroup group(formulaOf(run), run.model);
     const std::int64_t n = run.model.sizes.front();
-    const std::size_t nWords = pairs.nWords();
+    const std::size_t nWords = group.nWords();
     Resamples resamples;
     resamples.complete = n <= kMostSignBits && std::int64_t{1} << n <= run.settings.maxArrangements;
     resamples.count = resamples.complete ? std::int64_t{1} << n : run.settings.nResamples;
@@ -140,10 +140,10 @@ Resampled resamplePairs(const Run& run) {
             } else {
                 rngcore::fillTaskWords(run.settings.seed, task, 0, signs);
             }
-            found = pairs(signs);
+            found = group(signs);
         }
     };
-    const double observed = pairs(std::vector<std::uint64_t>(nWords, 0));
+    const double observed = group(std::vector<std::uint64_t>(nWords, 0));
     return resample(resamples, observed, extremesOfRequest(run.request), run.request.alpha, run.settings,
                     run.options);
 }
@@ -155,9 +155,8 @@ Resampled resample(const ResamplingRequest& request, ResamplingOptions& options)
     const bool isBootstrap = settings.method == ResamplingMethod::kBootstrap;
     NullModel model;
     if (!buildNullModel(request, isBootstrap, model)) return {};
-    const bool isPaired = model.sizes.size() == 1;
     const Run run = {request, settings, model, options};
-    return isPaired && !isBootstrap ? resamplePairs(run) : resampleGroups(run);
+    return model.sizes.size() == 1 && !isBootstrap ? resampleSigns(run) : resampleGroups(run);
 }
 
 }  // namespace numcore::tests

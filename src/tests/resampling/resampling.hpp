@@ -21,6 +21,7 @@ enum class Statistic {
     kWelch,          ///< two groups: the same over sqrt(variance1 / W1 + variance2 / W2), W sums of weights
     kPairedZ,        ///< one group, the differences of pairs: mean over sqrt(squares / (n - 1) / n)
     kPairedT,        ///< one group, the differences of pairs: mean over sqrt(squares / (W - 1) / W)
+    kOneMean,        ///< one group: mean over sqrt(variance / n), n counts
     kVarianceRatio,  ///< two groups
     kBartlett,       ///< two and more groups
     kLevene,         ///< two and more groups of deviations from their centre: their one-way F
@@ -30,9 +31,10 @@ enum class Statistic {
 
 struct ResamplingRequest {
     Statistic statistic = Statistic::kT;
-    std::span<const Sample> groups;
-    double hypothesised = 0.0;                 ///< difference of the means, or ratio of the variances
-    std::span<const double> givenVariances{};  ///< kZ only: the two known variances; empty: estimated
+    std::span<const Sample> groups{};
+    double hypothesised = 0.0;  ///< mean, difference of the means, or ratio of the variances
+    /// kZ, kPairedZ and kOneMean only: the known variance of each group; empty: estimated
+    std::span<const double> givenVariances{};
     double alpha = 0.05;
     Alternative alternative = Alternative::kTwoSided;  ///< the tests of several groups are upper-tailed
 };
@@ -53,13 +55,13 @@ struct Resampled {
 /// @param request  the test and its data; each group has one observation at least
 /// @param options  in/out as `ResamplingOptions` tells; its flag is not looked at
 ///
-/// Permutations move whole observations, values with their weights, between groups; pairs change the sign of
-/// their difference. The hypothesis is imposed first: means are shifted by the hypothesised difference, the
-/// groups of kVarianceRatio and kBartlett are centred at their means and divided by the root of the
-/// hypothesised ratio. The bootstrap draws from each group of its own, with the group's mean (variance tests:
-/// its mean and variance) moved to the hypothesis; Efron and Tibshirani (1993), An Introduction to the
-/// Bootstrap, section 16. With drawn resamples p = (b + 1) / (m + 1): Phipson and Smyth (2010), Stat. Appl.
-/// Genet. Mol. Biol. 9(1):39.
+/// Permutations move whole observations, values with their weights, between groups; those of one group change
+/// the signs of its values, the distances from the hypothesis. The hypothesis is imposed first: means are
+/// shifted by the hypothesised difference, the groups of kVarianceRatio and kBartlett are centred at their
+/// means and divided by the root of the hypothesised ratio. The bootstrap draws from each group of its own,
+/// with the group's mean (variance tests: its mean and variance) moved to the hypothesis; Efron and Tibshirani
+/// (1993), An Introduction to the Bootstrap, section 16. With drawn resamples p = (b + 1) / (m + 1): Phipson
+/// and Smyth (2010), Stat. Appl. Genet. Mol. Biol. 9(1):39.
 ///
 /// Two-sided tests of means compare absolute values; the two-sided variance ratio takes twice the smaller tail.
 /// A resample whose statistic is within 1e-9 of the data's (relative, absolute below 1) ties with it and

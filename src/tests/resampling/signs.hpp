@@ -1,4 +1,4 @@
-// Sums of observations whose signs change: the resamples of paired tests.
+// Sums of observations whose signs change: the resamples of one group.
 #pragma once
 
 #include <cstdint>

@@ -20,10 +20,10 @@ using namespace numcore::tests;
 using numcore::testing::agrees;
 using numcore::testing::Row;
 
-constexpr Statistic kStatistics[] = {Statistic::kZ,        Statistic::kT,       Statistic::kWelch,
-                                     Statistic::kPairedZ,  Statistic::kPairedT, Statistic::kVarianceRatio,
-                                     Statistic::kBartlett, Statistic::kLevene,  Statistic::kOneWayF,
-                                     Statistic::kWelchF};
+constexpr Statistic kStatistics[] = {
+    Statistic::kZ,       Statistic::kT,       Statistic::kWelch,         Statistic::kPairedZ,
+    Statistic::kPairedT, Statistic::kOneMean, Statistic::kVarianceRatio, Statistic::kBartlett,
+    Statistic::kLevene,  Statistic::kOneWayF, Statistic::kWelchF};
 
 Statistic statisticOf(const std::string& name) {
     static const std::map<std::string, Statistic> names = {
@@ -32,6 +32,7 @@ Statistic statisticOf(const std::string& name) {
         {"welch", Statistic::kWelch},
         {"pairedz", Statistic::kPairedZ},
         {"pairedt", Statistic::kPairedT},
+        {"onemean", Statistic::kOneMean},
         {"ratio", Statistic::kVarianceRatio},
         {"bartlett", Statistic::kBartlett},
         {"levene", Statistic::kLevene},
@@ -41,8 +42,9 @@ Statistic statisticOf(const std::string& name) {
     return names.at(name);
 }
 
-bool isPaired(Statistic statistic) {
-    return statistic == Statistic::kPairedZ || statistic == Statistic::kPairedT;
+bool hasOneGroup(Statistic statistic) {
+    return statistic == Statistic::kPairedZ || statistic == Statistic::kPairedT ||
+           statistic == Statistic::kOneMean;
 }
 
 ResamplingOptions optionsOf(std::int16_t method, std::int64_t nResamples, std::int32_t seed) {
@@ -90,7 +92,7 @@ struct Case {
             const auto g = static_cast<double>(values.size());
             for (double& x : group) x = 0.3 * g + (1.0 + 0.2 * g) * std::log(x / (1.0 - x));
             add(group, {});
-            if (isPaired(statistic)) break;
+            if (hasOneGroup(statistic)) break;
         }
         finish();
     }
@@ -145,7 +147,7 @@ TEST(Resampling, ThreadsDoNotChangeABit) {
         Case few(statistic, {5, 7});
         const bool takesThree = statistic >= Statistic::kBartlett;
         ResamplingRequest request = large.request;
-        if (!takesThree && !isPaired(statistic)) request.groups = request.groups.first(2);
+        if (!takesThree && !hasOneGroup(statistic)) request.groups = request.groups.first(2);
         for (const std::int16_t method : {std::int16_t{0}, std::int16_t{1}, std::int16_t{2}}) {
             for (const ResamplingRequest& r : {request, few.request}) {
                 Resampled first;
@@ -282,18 +284,19 @@ TEST(Resampling, DataWithoutAStatisticGivesNothing) {
         EXPECT_TRUE(fails(statistic, {}));
         EXPECT_TRUE(fails(statistic, {{none, {}}}));
         EXPECT_TRUE(fails(statistic, {{none, {}}, {none, {}}}));
-        EXPECT_TRUE(isPaired(statistic) || fails(statistic, {{good, {}}}));
+        EXPECT_TRUE(hasOneGroup(statistic) || fails(statistic, {{good, {}}}));
         for (const double bad : {std::nan(""), std::numeric_limits<double>::infinity(), kMissing}) {
             const std::vector<double> values = {1.0, bad, 3.0};
             EXPECT_TRUE(fails(statistic, {{values, {}}, {good, {}}}));
             EXPECT_TRUE(fails(statistic, {{good, values}, {good, {}}}));
-            EXPECT_TRUE(!isPaired(statistic) || fails(statistic, {{values, {}}}));
+            EXPECT_TRUE(!hasOneGroup(statistic) || fails(statistic, {{values, {}}}));
         }
     }
     const std::vector<double> one = {2.0};
     const std::vector<double> light = {0.2, 0.3, 0.1};
     const std::vector<double> zero = {1.0, 0.0, 1.0};
     EXPECT_TRUE(fails(Statistic::kPairedT, {{one, {}}}));
+    EXPECT_TRUE(fails(Statistic::kOneMean, {{good, {}}}, 0.0, {1.0, 1.0}));
     EXPECT_TRUE(fails(Statistic::kWelch, {{one, {}}, {good, {}}}));
     EXPECT_TRUE(fails(Statistic::kWelch, {{good, light}, {good, light}}));
     EXPECT_TRUE(fails(Statistic::kT, {{good, zero}, {good, {}}}));
@@ -347,6 +350,7 @@ TEST(Resampling, BootstrapAgreesWithTheLaws) {
     EXPECT_NEAR(criticalOf(Statistic::kWelch), 1.9696, 0.06);
     EXPECT_NEAR(criticalOf(Statistic::kZ), 1.9600, 0.06);
     EXPECT_NEAR(criticalOf(Statistic::kPairedT), 1.9760, 0.06);
+    EXPECT_NEAR(criticalOf(Statistic::kOneMean), 1.9760, 0.06);
     EXPECT_NEAR(criticalOf(Statistic::kLevene), 3.8789, 0.5);
 }
 
