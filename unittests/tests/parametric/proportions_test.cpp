@@ -170,6 +170,30 @@ TEST(Proportions, Intervals) {
     }
 }
 
+// How often the limits of 20 trials hold the true proportion, summed over all counts. Expected: the same sums
+// over the intervals of SciPy 1.10.1 (quantiles of beta and of norm).
+TEST(Proportions, IntervalsCover) {
+    const double shares[] = {0.03, 0.2, 0.37, 0.5, 0.81};
+    const double exact[] = {0.978991643622, 0.978488998633, 0.982163045345, 0.958610534668, 0.961085489303};
+    const double wilson[] = {0.978991643622, 0.956328121873, 0.939181968014, 0.958610534668, 0.961085489303};
+    for (int k = 0; k < 5; ++k) {
+        double covered[2] = {0.0, 0.0};
+        for (int count = 0; count <= 20; ++count) {
+            const double probability =
+                std::exp(std::lgamma(21.0) - std::lgamma(count + 1.0) - std::lgamma(21.0 - count) +
+                         count * std::log(shares[k]) + (20 - count) * std::log1p(-shares[k]));
+            double lower[2];
+            double upper[2];
+            GetInfSupClopper(count, 20, 0.05, &lower[0], &upper[0]);
+            GetInfSupWilson(1.959963984540054, count / 20.0, 20, 0.0, &lower[1], &upper[1]);
+            for (int i = 0; i < 2; ++i)
+                covered[i] += lower[i] <= shares[k] && shares[k] <= upper[i] ? probability : 0.0;
+        }
+        EXPECT_NEAR(covered[0], exact[k], 1e-11) << shares[k];
+        EXPECT_NEAR(covered[1], wilson[k], 1e-11) << shares[k];
+    }
+}
+
 TEST(Proportions, BadInput) {
     EXPECT_EQ(proportions({.n1 = 0}).status, -1);
     EXPECT_EQ(proportions({.n1 = INT32_MIN}).p, kNone);

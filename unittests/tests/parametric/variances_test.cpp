@@ -3,7 +3,9 @@
 #include <cmath>
 #include <sstream>
 
+#include "numcore/special.h"
 #include "parametric_calls.hpp"
+#include "suite/rngcore.hpp"
 
 namespace {
 
@@ -184,6 +186,30 @@ TEST(Variances, RatioWithoutSpread) {
     EXPECT_EQ(FRatioTest(1, 1, 1, 5, 1, 0.05, 0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
                          nullptr),
               -1);
+}
+
+// Limits cover the true variance and ratio as often as they say: 4000 normal samples of a fixed seed.
+TEST(Variances, LimitsCover) {
+    constexpr int kRuns = 4000;
+    constexpr double kTrue = 4.0;
+    int covered[4] = {0, 0, 0, 0};
+    Values x(9);
+    Values y(12);
+    for (int run = 0; run < kRuns; ++run) {
+        Values u(21);
+        numcore::rngcore::fillUniform(12, static_cast<std::uint64_t>(run) * 21, u);
+        for (std::size_t i = 0; i < 9; ++i) x[i] = 3.0 + 2.0 * InvCDFNormalStd(u[i]);
+        for (std::size_t i = 0; i < 12; ++i) y[i] = InvCDFNormalStd(u[9 + i]);
+        const Outcome outcomes[] = {varianceTest(x, 1.0), varianceTest(x, 1.0, 0.05, -1), fTest(x, y, 1.0, 0.1),
+                                    fTest(x, y, 1.0, 0.05, 1)};
+        for (int k = 0; k < 4; ++k)
+            covered[k] += outcomes[k].lower <= kTrue && kTrue <= outcomes[k].upper ? 1 : 0;
+    }
+    const double wanted[] = {0.95, 0.95, 0.9, 0.95};
+    for (int k = 0; k < 4; ++k) {
+        const double error = std::sqrt(wanted[k] * (1.0 - wanted[k]) / kRuns);
+        EXPECT_NEAR(static_cast<double>(covered[k]) / kRuns, wanted[k], 3.0 * error) << k;
+    }
 }
 
 TEST(Bartlett, UsableGroups) {
