@@ -24,7 +24,7 @@ Limits have the level 1 - alpha; those of a one-sided test are open on one side.
 Examples:
   numcore ttest sleep.csv --columns drug1,drug2 --paired
   numcore ttest toothgrowth.csv --columns len --by supp
-  numcore ttest airquality.csv --columns Wind,Temp --mu 10
+  numcore ttest airquality.csv --columns Wind,Temp --mu 10 --resample 9999 --seed 1
   numcore ttest plantgrowth.csv --by group --groups trt2,ctrl --resample 9999 --seed 1)";
 
 constexpr const char* kZFooter =
@@ -283,6 +283,8 @@ void checkMeans(const Options& options) {
     refuse(request.paired && request.cochranCox, "--cochran-cox", kIndependent);
     refuse(request.cochranCox && request.alternative != Alternative::kTwoSided, "--cochran-cox",
            "goes with --alternative two-sided");
+    refuse(request.cochranCox && request.resample.wanted(), "--cochran-cox",
+           "does not go with --resample, whose resamples give the critical value");
     if (!std::isfinite(request.mu.value_or(0.0)) || !std::isfinite(request.difference))
         throw UsageError("--mu and --difference take finite numbers");
 }

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <new>
+#include <utility>
 
+#include "caller/data_set.hpp"
 #include "cli/codes.hpp"
 #include "cli/moments.hpp"
 #include "cli/tests/resampling.hpp"
@@ -12,6 +14,8 @@
 namespace numcore::cli {
 
 namespace {
+
+constexpr const char* kSigns = "drawn changes of sign";
 
 void checkMemory(std::int32_t status) {
     if (status == NUMCORE_TEST_NO_MEMORY) throw std::bad_alloc();
@@ -38,6 +42,16 @@ const char* nameOfOne(const TestRequest& request, bool normal) {
                                      : "One-sample z test, known variance";
 }
 
+/// One sample as a data set.
+caller::DataSet dataOf(const TestSample& sample) {
+    caller::NumericTable table(1, sample.values.size());
+    std::ranges::copy(sample.values, table.column(0).asDoubles().begin());
+    caller::DataSet data;
+    data.setNumeric1(std::move(table));
+    if (!sample.weights.empty()) data.setWeights(caller::Array::doubles(sample.weights));
+    return data;
+}
+
 /// Room for the pairs of a paired test.
 ST_PairOutput roomFor(Pairs& pairs, std::size_t n) {
     pairs.means.resize(n);
@@ -50,23 +64,29 @@ ST_PairOutput roomFor(Pairs& pairs, std::size_t n) {
 TestOutcome testOneMean(const TestSample& sample, const TestRequest& request, bool normal) {
     TestOutcome out;
     out.method = nameOfOne(request, normal);
-    const double mu = request.mu.value_or(0.0);
-    const std::int32_t alternative = codeOf(request.alternative);
-    double difference = NUMCORE_MISSING;
-    if (normal) {
-        const double variance = request.variances.empty() ? 0.0 : request.variances[0];
-        out.status = Cpp_ZTestTheoreticalMean(sample.values.data(), sample.n(), sample.weightData(), mu,
-                                              variance, flagOf(!request.variances.empty()), request.alpha,
-                                              alternative, &difference, &out.statistic, &out.critical,
-                                              &out.pValue, &out.lower, &out.upper);
-    } else {
-        out.status = Cpp_TTestTheoreticalMean(sample.values.data(), sample.n(), sample.weightData(), mu,
-                                              request.alpha, alternative, &difference, &out.statistic,
-                                              &out.critical, &out.df, &out.pValue, &out.lower, &out.upper);
-    }
+    out.drawn = kSigns;
+    out.resampling = resamplingOf(request.resample);
+    caller::DataSet data = dataOf(sample);
+    const caller::Array table = caller::Array::matrix(1, NUMCORE_MEAN_COLUMNS);
+    ST_TZParam param{};
+    param.test = normal ? NUMCORE_MEAN_Z : NUMCORE_MEAN_T;
+    param.design = NUMCORE_MEAN_ONE_SAMPLE;
+    param.alternative = codeOf(request.alternative);
+    param.givenVariances = flagOf(!request.variances.empty());
+    param.hypothesised = request.mu.value_or(0.0);
+    param.alpha = request.alpha;
+    param.variance1 = request.variances.empty() ? 0.0 : request.variances[0];
+    param.resampling = &out.resampling;
+    ST_TZResults results{table.get(), 0, 0};
+    out.status = Cpp_TZ_Compute(&data.record(), &param, &results);
     checkMemory(out.status);
-    // The doors leave an open limit where there is none.
-    if (out.status != 0) out.upper = NUMCORE_MISSING;
+    out.statistic = table.at(0, NUMCORE_MEAN_STATISTIC);
+    out.critical = table.at(0, NUMCORE_MEAN_CRITICAL);
+    out.df = table.at(0, NUMCORE_MEAN_DF);
+    out.pValue = table.at(0, NUMCORE_MEAN_P);
+    out.lower = table.at(0, NUMCORE_MEAN_LOWER);
+    // The library leaves an open limit where there is none.
+    out.upper = out.status == 0 ? table.at(0, NUMCORE_MEAN_UPPER) : NUMCORE_MISSING;
     out.estimate = momentsOf(sample.values, sample.weights).mean;
     return out;
 }
@@ -74,6 +94,7 @@ TestOutcome testOneMean(const TestSample& sample, const TestRequest& request, bo
 TestOutcome testTwoMeans(const Comparison& comparison, const TestRequest& request, bool normal, Pairs* pairs) {
     TestOutcome out;
     out.method = nameOfTwo(request, normal);
+    if (request.paired) out.drawn = kSigns;
     out.resampling = resamplingOf(request.resample);
     const TestSample& x = comparison.samples[0];
     const TestSample& y = comparison.samples[1];

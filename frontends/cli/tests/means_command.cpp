@@ -41,7 +41,6 @@ Design designOf(const Sample& sample, const TestRequest& request) {
 void checkDesign(const TestRequest& request, bool oneSample) {
     if (oneSample) {
         constexpr const char* kTwo = "is about two samples; here is one column and no --by";
-        if (request.resample.wanted()) throw UsageError("--resample takes two samples");
         if (request.difference != 0.0) throw UsageError(fmt::format("--difference {} (--mu?)", kTwo));
         if (request.equalVariances) throw UsageError(fmt::format("--equal-variances {}", kTwo));
         if (request.cochranCox) throw UsageError(fmt::format("--cochran-cox {}", kTwo));

@@ -26,8 +26,8 @@ struct TestOutcome {
     double df2 = NUMCORE_MISSING;
     double pValue = NUMCORE_MISSING;
     ResamplingOptions resampling{};
-    bool twoTails = false;   // resamples count one tail, and p doubles it
-    bool simulated = false;  // counts were drawn, not observations
+    bool twoTails = false;                     // resamples count one tail, and p doubles it
+    const char* drawn = "drawn permutations";  // what its resamples are, but for the bootstrap
 
     bool computed() const { return status == 0 && pValue != NUMCORE_MISSING; }
     bool resampled() const { return (resampling.outcome & NUMCORE_RESAMPLED) != 0; }

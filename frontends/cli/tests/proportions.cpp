@@ -53,21 +53,41 @@ std::vector<double> proportionsOf(const std::vector<CountSample>& samples) {
 }
 
 /// The p-value of drawn counts in place of that of the normal law.
-void simulate(const CountSample& x, const CountSample& y, const TestRequest& request, TestOutcome& out) {
+void simulate(const CountSample& x, const CountSample& y, double hypothesis, Alternative alternative,
+              const TestRequest& request, TestOutcome& out) {
+    if (!out.computed() || !request.resample.wanted()) return;
     ResamplingOptions& told = out.resampling;
     told.nUsed = told.nResamples = request.resample.nResamples;
     told.seed = request.resample.seed.value_or(0);
     double difference = NUMCORE_MISSING;
     double lower = NUMCORE_MISSING;
     double upper = NUMCORE_MISSING;
-    out.status = Test2ProportionsMonte(x.trials, y.trials, x.proportion(), y.proportion(), request.difference,
-                                       codeOf(request.alternative), static_cast<std::int32_t>(told.nUsed),
-                                       &told.seed, flagOf(request.resample.seed.has_value()), &difference,
-                                       &out.pValue, &lower, &upper);
+    out.status = Test2ProportionsMonte(x.trials, y.trials, x.proportion(), y.proportion(), hypothesis,
+                                       codeOf(alternative), static_cast<std::int32_t>(told.nUsed), &told.seed,
+                                       flagOf(request.resample.seed.has_value()), &difference, &out.pValue,
+                                       &lower, &upper);
     if (out.status != NUMCORE_TEST_DONE) return;
     told.outcome = NUMCORE_RESAMPLED;
     told.nExtreme = std::llround(out.pValue * (static_cast<double>(told.nUsed) + 1.0)) - 1;
-    out.simulated = true;
+    out.drawn = "drawn counts";
+}
+
+Alternative mirrored(Alternative alternative) {
+    if (alternative == Alternative::kTwoSided) return alternative;
+    return alternative == Alternative::kLess ? Alternative::kGreater : Alternative::kLess;
+}
+
+/// The same for one proportion: its difference from a trial that always fails. What is counted, successes or
+/// failures, is rarer than the hypothesis says, so that the hypothesis leaves that trial its proportion of 0.
+void simulateOne(const CountSample& sample, double hypothesis, const TestRequest& request, TestOutcome& out) {
+    const CountSample never{"", 0, 1, 0};
+    if (sample.proportion() <= hypothesis) {
+        simulate(sample, never, hypothesis, request.alternative, request, out);
+        return;
+    }
+    CountSample failures = sample;
+    failures.successes = sample.trials - sample.successes;
+    simulate(failures, never, 1.0 - hypothesis, mirrored(request.alternative), request, out);
 }
 
 }  // namespace
@@ -76,6 +96,7 @@ ProportionLimits limitsOfProportion(const CountSample& sample, const TestRequest
     constexpr double kAny = 0.5;
     TestRequest twoSided = request;
     twoSided.alternative = Alternative::kTwoSided;
+    twoSided.resample = {};
     const TestOutcome outcome = testOneProportion(sample, kAny, twoSided);
     return {outcome.lower, outcome.upper};
 }
@@ -93,6 +114,7 @@ TestOutcome testOneProportion(const CountSample& sample, double hypothesis, cons
     // The library leaves an open limit at -1.
     out.lower = std::max(out.lower, 0.0);
     settleStatus(out);
+    simulateOne(sample, hypothesis, request, out);
     return out;
 }
 
@@ -114,7 +136,7 @@ TestOutcome testTwoProportions(const std::vector<CountSample>& samples, const Te
         out.upper = shifted(out.upper, request.difference);
     }
     settleStatus(out);
-    if (out.computed() && request.resample.wanted()) simulate(x, y, request, out);
+    simulate(x, y, request.difference, request.alternative, request, out);
     return out;
 }
 

@@ -27,7 +27,7 @@ struct ProportionLimits {
 };
 ProportionLimits limitsOfProportion(const CountSample& sample, const TestRequest& request);
 
-/// One proportion against another number; the estimate is the proportion.
+/// One proportion against another number, by the normal law or by simulation; the estimate is the proportion.
 TestOutcome testOneProportion(const CountSample& sample, double hypothesis, const TestRequest& request);
 /// The difference of two proportions, by the normal law or by simulation.
 TestOutcome testTwoProportions(const std::vector<CountSample>& samples, const TestRequest& request);

@@ -44,8 +44,8 @@ void checkSamples(const TestRequest& request, std::size_t nSamples, bool byChiSq
     constexpr const char* kTwo = "is about two samples";
     refuse(request.difference != 0.0 && (nSamples != 2 || byChiSquare), "--difference", kTwo);
     refuse(request.separateVariances && (nSamples != 2 || byChiSquare), "--separate-variances", kTwo);
-    refuse(request.resample.wanted() && (nSamples != 2 || byChiSquare), "--resample", kTwo);
     constexpr const char* kNoChiSquare = "does not go with the chi-square test";
+    refuse(request.resample.wanted() && byChiSquare, "--resample", kNoChiSquare);
     refuse(request.continuity && byChiSquare, "--continuity", kNoChiSquare);
     refuse(request.alternative != Alternative::kTwoSided && byChiSquare, "--alternative", kNoChiSquare);
 }

@@ -17,10 +17,7 @@ bool has(const ResamplingOptions& resampling, NumcoreResamplingOutcome bit) {
 
 std::string drawn(const TestOutcome& outcome) {
     const bool bootstrap = outcome.resampling.method == NUMCORE_RESAMPLE_BOOTSTRAP;
-    return fmt::format("{} {}", outcome.resampling.nUsed,
-                       outcome.simulated ? "drawn counts"
-                       : bootstrap       ? "bootstrap samples"
-                                         : "drawn permutations");
+    return fmt::format("{} {}", outcome.resampling.nUsed, bootstrap ? "bootstrap samples" : outcome.drawn);
 }
 
 }  // namespace

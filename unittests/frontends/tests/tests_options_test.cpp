@@ -32,7 +32,7 @@ TEST(TestOptions, RefusesWhatDoesNotFit) {
         {"ttest", iris, "--groups setosa:virginica", "--groups goes with --by"},
         {"ttest", iris, "--by Species --paired", "takes two columns, not groups"},
         {"ttest", iris, "--by Species --mu 3", "with --mu there is one"},
-        {"ttest", sleep, "--columns drug1 --resample 99", "--resample takes two samples"},
+        {"ttest", sleep, "--columns drug1:drug2 --cochran-cox --resample 99", "does not go with --resample"},
         {"ttest", sleep, "--columns drug1 --difference 1", "--mu?"},
         {"ttest", sleep, "--columns drug1:drug2 --seed 1", "--seed goes with --resample"},
         {"ttest", sleep, "--columns drug1:drug2 --cochran-cox --alternative less", "--alternative two-sided"},

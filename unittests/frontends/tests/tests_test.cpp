@@ -107,6 +107,24 @@ TEST(Tests, TellHowTheyResample) {
         EXPECT_LE(p, 1.0) << words;
         EXPECT_TRUE(noted(variances, "bootstrap samples")) << words;
     }
+    const Report one = testReport("ttest", dataFile("sleep.csv"), "--columns drug1 --resample 999 --seed 7");
+    EXPECT_EQ(numberAt(tableOf(one, "test"), 0, "resamples"), 1024.0) << "all changes of sign";
+    EXPECT_EQ(numberAt(tableOf(one, "test"), 0, "p"), 244.0 / 1024.0) << "counted in Python";
+    const Report ones = testReport("ztest", dataFile("sleep.csv"),
+                                   "--columns drug1:drug2 --mu 1 --resample 999 --exact-limit 0");
+    EXPECT_TRUE(noted(ones, "p of 'drug2': ") && noted(ones, "999 drawn changes of sign"));
+    for (const char* side : {"less", "greater"}) {
+        const std::string asked = std::string("--resample 20000 --seed 3 --alternative ") + side;
+        const Report few = testReport("proptest", "", "--success 3 --trials 60 --p 0.1 " + asked);
+        const Report many = testReport("proptest", "", "--success 38 --trials 60 " + asked);
+        const bool isLess = side == std::string("less");
+        // R 4.2.2: pbinom(3, 60, 0.1), pbinom(38, 60, 0.5) and the upper tails from 3 and 38 on.
+        for (const auto& [report, p] : {std::pair(&few, isLess ? 0.137398569419658 : 0.946954918184007),
+                                        std::pair(&many, isLess ? 0.986329933065961 : 0.0259469479644608)}) {
+            EXPECT_LT(numberAt(tableOf(*report, "test"), 0, "p_lower"), p);
+            EXPECT_GT(numberAt(tableOf(*report, "test"), 0, "p_upper"), p);
+        }
+    }
     const Report counts = testReport("proptest", "", "--success 15:25 --trials 50:50 --resample 2000 --seed 3");
     EXPECT_NEAR(numberAt(tableOf(counts, "test"), 0, "p"), 0.05, 0.03) << "R: 0.0412 by the normal law";
     EXPECT_TRUE(noted(counts, "2000 drawn counts"));
