@@ -51,7 +51,8 @@ Samples are given as counts, or as the groups of --by in a column of 0 and 1 or 
 
 Examples:
   numcore proptest --success 15,25 --trials 50,50
-  numcore proptest --success 38 --trials 60 --p 0.5 --interval clopper
+  numcore proptest --success 38 --trials 60 --p 0.5 --interval clopper --resample 9999 --seed 1
+  numcore proptest --success 15,25,40 --trials 50,50,60 --plot shares.svg
   numcore proptest haireyecolor.csv --columns Hair --event Black --by Sex --weights Freq)";
 
 constexpr const char* kAnovaFooter =
@@ -194,6 +195,7 @@ void addProportionTest(CLI::App& app, Options& options, RawOptions& raw) {
                 "Limits of a proportion: wilson (the default), wald, clopper,\n"
                 "agresti (adjusted Wald)");
     addAlternative(test, options, raw);
+    addPlot(test, options);
     Adder resampling(*command, kResampleGroup);
     addDraws(resampling, options.test.resample);
     addOutput(*command, options, raw);

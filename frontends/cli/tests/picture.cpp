@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <functional>
 #include <limits>
 #include <set>
 #include <utility>
@@ -145,12 +147,21 @@ void drawMean(Svg& svg, const Panel& panel, double x, const MeanLimits& mean) {
     svg.polygon(corners, "mean");
 }
 
-std::vector<std::string> labelsOf(const std::vector<TestSample>& samples) {
+std::int32_t sizeOf(const TestSample& sample) {
+    return sample.n();
+}
+
+std::int32_t sizeOf(const CountSample& sample) {
+    return sample.trials;
+}
+
+template <class AnySample>
+std::vector<std::string> labelsOf(const std::vector<AnySample>& samples) {
     const double room = (kRight - kLeft) / static_cast<double>(samples.size());
     std::vector<std::string> labels;
     labels.reserve(samples.size());
-    for (const TestSample& sample : samples) {
-        const std::string count = fmt::format(" ({})", sample.n());
+    for (const AnySample& sample : samples) {
+        const std::string count = fmt::format(" ({})", sizeOf(sample));
         const int longest = static_cast<int>(room / kCharacterWidth) - static_cast<int>(count.size());
         labels.push_back(longest < 2 ? plot::shortLabel(sample.name, longest + static_cast<int>(count.size()))
                                      : plot::shortLabel(sample.name, longest) + count);
@@ -220,14 +231,30 @@ void drawPairs(Svg& svg, double top, const Picture& picture) {
     for (std::size_t i = 0; i < pairs.means.size(); ++i) dots.add({pairs.means[i], pairs.differences[i]});
 }
 
+void checkSamples(std::size_t nSamples) {
+    if (nSamples <= kMostBoxes) return;
+    throw DataError(fmt::format("--plot draws up to {} samples, here are {}; choose some by --groups",
+                                kMostBoxes, nSamples));
+}
+
 void checkSize(const std::vector<Comparison>& comparisons) {
     if (comparisons.size() > kMostPanels) {
         throw DataError(fmt::format("--plot draws up to {} variables, here are {}; choose some by --columns",
                                     kMostPanels, comparisons.size()));
     }
-    if (comparisons[0].samples.size() > kMostBoxes) {
-        throw DataError(fmt::format("--plot draws up to {} samples, here are {}; choose some by --groups",
-                                    kMostBoxes, comparisons[0].samples.size()));
+    checkSamples(comparisons[0].samples.size());
+}
+
+/// One line where all levels are the same, else one beneath each sample.
+void drawLevels(Svg& svg, Panel& panel, const ProportionLevels& levels) {
+    if (levels.values.empty()) return;
+    if (std::ranges::adjacent_find(levels.values, std::not_equal_to()) == levels.values.end()) {
+        drawLevel(svg, panel, levels.values[0], levels.name, "hint");
+        return;
+    }
+    for (std::size_t k = 0; k < levels.values.size(); ++k) {
+        const auto x = static_cast<double>(k);
+        panel.hint({x - kBeside, levels.values[k]}, {x + kBeside, levels.values[k]});
     }
 }
 
@@ -253,6 +280,35 @@ std::string drawSamples(const Picture& picture) {
         top += kPanelHeight + kGap;
     }
     if (picture.pairs) drawPairs(svg, top, picture);
+    return svg.finish();
+}
+
+std::string drawProportions(const ProportionPicture& picture) {
+    const std::vector<CountSample>& samples = *picture.samples;
+    checkSamples(samples.size());
+    const std::string place = picture.file.empty() ? "" : ": " + picture.file;
+    const std::string title = plot::shortLabel(picture.title + place, 66);
+    std::string legend = fmt::format("diamonds: proportions, {}", picture.limitsName);
+    if (!picture.levels.values.empty()) legend += fmt::format("; dashed: {}", picture.levels.name);
+    if (!picture.groupsName.empty()) legend = fmt::format("by {}; {}", picture.groupsName, legend);
+    Svg svg(kWidth, kTop + kPanelHeight + kGap, title, legend);
+    svg.text({kLeft, 32.0}, title, "title");
+    svg.text({kLeft, 56.0}, legend, "label");
+    Range range;
+    for (const double level : picture.levels.values) range.add(level);
+    for (std::size_t k = 0; k < samples.size(); ++k) {
+        for (const double value : {samples[k].proportion(), picture.limits[k].lower, picture.limits[k].upper})
+            range.add(value);
+    }
+    const Range shown = range.withRoom();
+    const double last = static_cast<double>(samples.size()) - 0.5;
+    Panel panel(svg, {kLeft, kTop, kRight, kTop + kPanelHeight}, {-0.5, last, shown.low, shown.high});
+    panel.categories(labelsOf(samples), "Proportion");
+    drawLevels(svg, panel, picture.levels);
+    for (std::size_t k = 0; k < samples.size(); ++k) {
+        drawMean(svg, panel, static_cast<double>(k),
+                 {samples[k].proportion(), picture.limits[k].lower, picture.limits[k].upper});
+    }
     return svg.finish();
 }
 

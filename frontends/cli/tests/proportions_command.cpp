@@ -5,10 +5,12 @@
 #include "cli/correlation/tables.hpp"
 #include "cli/errors.hpp"
 #include "cli/options_parts.hpp"
+#include "cli/output/sink.hpp"
 #include "cli/output/writers.hpp"
 #include "cli/tests/command.hpp"
 #include "cli/tests/counts.hpp"
 #include "cli/tests/outcome.hpp"
+#include "cli/tests/picture.hpp"
 #include "cli/tests/proportions.hpp"
 
 namespace numcore::cli {
@@ -118,6 +120,36 @@ TestOutcome testSamples(const std::vector<CountSample>& samples, const TestReque
                              request.proportions.empty() ? kUsualHypothesis : request.proportions[0], request);
 }
 
+/// The proportions of the hypothesis, one a sample; the pooled one where it only calls them equal.
+ProportionLevels levelsOf(const std::vector<CountSample>& samples, const TestRequest& request) {
+    if (!request.proportions.empty()) {
+        return {"hypothesis", request.proportions.size() == 1
+                                  ? std::vector<double>(samples.size(), request.proportions[0])
+                                  : request.proportions};
+    }
+    if (samples.size() == 1) return {"hypothesis", {kUsualHypothesis}};
+    // Without a common proportion there is none to draw.
+    if (request.difference != 0.0) return {"", {}};
+    double nSuccesses = 0.0;
+    double nTrials = 0.0;
+    for (const CountSample& sample : samples) {
+        nSuccesses += sample.successes;
+        nTrials += sample.trials;
+    }
+    return {"pooled", std::vector<double>(samples.size(), nSuccesses / nTrials)};
+}
+
+void draw(const std::vector<CountSample>& samples, const std::string& groupsName, const TestOutcome& outcome,
+          const TestRequest& request, const Report& report) {
+    if (request.plot.empty()) return;
+    ProportionPicture picture{&samples,    {}, levelsOf(samples, request), groupsName, outcome.method,
+                              report.file, {}};
+    picture.limits.reserve(samples.size());
+    for (const CountSample& sample : samples) picture.limits.push_back(limitsOfProportion(sample, request));
+    picture.limitsName = fmt::format("{} by {}", limitsOf(request.alpha), nameOf(request.interval));
+    writeFile(request.plot, drawProportions(picture));
+}
+
 void reportCounts(const CountedColumn& found, const std::string& groupsName, const Options& options,
                   Report& report) {
     const TestRequest& request = options.test;
@@ -144,6 +176,7 @@ void reportCounts(const CountedColumn& found, const std::string& groupsName, con
                                            limitsOf(request.alpha)));
     }
     notePValue(tested, request, hypothesisOf(request, samples.size(), byChiSquare), report);
+    draw(samples, groupsName, tested[0].outcome, request, report);
 }
 
 }  // namespace

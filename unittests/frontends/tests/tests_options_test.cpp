@@ -93,6 +93,18 @@ TEST(TestPlot, DrawsEverySampleAndItsMean) {
     const std::string several =
         pictureOf("ttest", dataFile("iris.csv"), "--by Species --groups setosa:virginica");
     EXPECT_EQ(countOf(several, "<rect class=\"bar\""), 8U);
+    const std::string counts = pictureOf("proptest", "", "--success 15:25:40 --trials 50:50:60");
+    EXPECT_TRUE(isWellFormed(counts));
+    EXPECT_EQ(countOf(counts, "<polygon class=\"mean\""), 3U);
+    EXPECT_EQ(countOf(counts, "<line class=\"mean\""), 9U) << "limits with their caps";
+    EXPECT_NE(counts.find(">pooled 0.5</text>"), std::string::npos) << "80 of 160";
+    EXPECT_NE(counts.find(">3 (60)</text>"), std::string::npos);
+    const std::string given =
+        pictureOf("proptest", "", "--success 0:9 --trials 50:9 --p 0.1:0.7 --interval clopper");
+    EXPECT_EQ(countOf(given, "<line class=\"hint\""), 2U) << "a hypothesis for each";
+    EXPECT_NE(given.find("limits of 95 % by Clopper-Pearson; dashed: hypothesis"), std::string::npos);
+    const std::string apart = pictureOf("proptest", "", "--success 3:9 --trials 50:90 --difference 0.1");
+    EXPECT_EQ(countOf(apart, "class=\"hint\""), 0U) << "no common proportion";
     const TemporaryFile odd("a,b,c\n1,2,1e308\n1,3,-1e308\n1,5,0\n");
     EXPECT_TRUE(isWellFormed(pictureOf("ttest", odd.path(), "--columns a:b"))) << "a box without height";
     EXPECT_THROW(pictureOf("ttest", odd.path(), "--columns b:c"), DataError);
