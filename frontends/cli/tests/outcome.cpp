@@ -83,6 +83,10 @@ std::vector<ReportColumn> resampleColumns() {
             {"p_lower", "p lower", ColumnKind::kProbability}, {"p_upper", "p upper", ColumnKind::kProbability}};
 }
 
+bool isBelowBound(const TestedComparison& tested) {
+    return tested.outcome.computed() && tested.outcome.pValue == 0.0;
+}
+
 void appendResampleCells(const TestOutcome& outcome, std::vector<Cell>& row) {
     const std::size_t nCells = resampleColumns().size();
     if (!outcome.resampled()) {
@@ -197,13 +201,18 @@ void addResultsTable(const std::vector<TestedComparison>& tested, const TestKind
     for (const ResultColumn& column : columns) table.columns.push_back(column.column);
     const bool resampled =
         std::ranges::any_of(tested, [](const TestedComparison& entry) { return entry.outcome.resampled(); });
+    const bool bounded = forMachines && std::ranges::any_of(tested, isBelowBound);
+    if (bounded) table.columns.push_back(kBoundColumn);
     if (forMachines) table.columns.push_back({"method", "Method", ColumnKind::kText});
     if (forMachines && resampled) std::ranges::move(resampleColumns(), std::back_inserter(table.columns));
     for (const TestedComparison& entry : tested) {
         std::vector<Cell> row;
         row.reserve(table.columns.size());
         appendKeys(entry.comparison, kind, withVariable, forMachines, row);
-        for (const ResultColumn& column : columns) row.push_back(column.cell(entry, kind));
+        TestedComparison shown = entry;
+        if (forMachines && isBelowBound(entry)) shown.outcome.pValue = kFinestP;
+        for (const ResultColumn& column : columns) row.push_back(column.cell(shown, kind));
+        if (bounded) row.emplace_back(std::int64_t{isBelowBound(entry)});
         if (forMachines) row.emplace_back(methodOf(entry.outcome));
         if (forMachines && resampled) appendResampleCells(entry.outcome, row);
         table.rows.push_back(std::move(row));

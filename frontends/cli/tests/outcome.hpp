@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,11 @@
 #include "numcore/resampling.h"
 
 namespace numcore::cli {
+
+/// A p-value that the library's laws cannot tell from 0 is below this. Texts say "<0.0001"; machines get this
+/// number, and a 1 in the column of bounds.
+inline constexpr double kFinestP = std::numeric_limits<double>::epsilon();
+inline const ReportColumn kBoundColumn{"p_bound", "p bound", ColumnKind::kCount};
 
 /// Numbers as the library gives them, with its markers.
 struct TestOutcome {

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "cli/correlation/tables.hpp"
@@ -88,13 +89,19 @@ void addPairsTable(const std::vector<CountSample>& samples, double alpha, bool f
                       {},
                       2,
                       {}};
-    for (const ProportionPair& pair : comparePairs(samples, alpha)) {
+    const std::vector<ProportionPair> pairs = comparePairs(samples, alpha);
+    const auto isBelowBound = [](const ProportionPair& pair) { return pair.pValue == 0.0; };
+    const bool bounded = forMachines && std::ranges::any_of(pairs, isBelowBound);
+    if (bounded) table.columns.push_back(kBoundColumn);
+    for (const ProportionPair& pair : pairs) {
         // The difference has the sign of the first less the second.
         const double difference = samples[pair.first].proportion() - samples[pair.second].proportion();
         table.rows.push_back({samples[pair.first].name, samples[pair.second].name, difference,
-                              cellOf(pair.critical), cellOf(pair.pValue),
+                              cellOf(pair.critical),
+                              bounded && isBelowBound(pair) ? Cell(kFinestP) : cellOf(pair.pValue),
                               forMachines ? Cell(std::int64_t{pair.significant})
                                           : Cell(std::string(pair.significant ? "yes" : "no"))});
+        if (bounded) table.rows.back().emplace_back(std::int64_t{isBelowBound(pair)});
     }
     report.tables.push_back(std::move(table));
 }

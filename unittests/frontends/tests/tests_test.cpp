@@ -157,6 +157,21 @@ TEST(Tests, SayWhatCannotBeComputed) {
     EXPECT_TRUE(noted(apart, "t is infinite"));
 }
 
+// The laws give 0 for p-values below some 1e-16; what is printed is their bound.
+TEST(Tests, NeverPrintPAsZero) {
+    const std::string words = "--columns drug1:drug2 --variances 0.0001:0.0001";
+    const Report distant = testReport("ztest", dataFile("sleep.csv"), words);
+    EXPECT_EQ(numberAt(tableOf(distant, "test"), 0, "p"), std::numeric_limits<double>::epsilon());
+    EXPECT_EQ(numberAt(tableOf(distant, "test"), 0, "p_bound"), 1.0);
+    EXPECT_EQ(cellAt(tableOf(testReport("ztest", dataFile("sleep.csv"), "--columns drug1:drug2"), "test"), 0,
+                     "p_bound"),
+              Cell());
+    const Report proportions = testReport("proptest", "", "--success 10:5000:3000 --trials 5000:5000:5000");
+    const ReportTable& pairs = tableOf(proportions, "pairs");
+    EXPECT_EQ(numberAt(pairs, 0, "p"), std::numeric_limits<double>::epsilon());
+    EXPECT_EQ(numberAt(pairs, 0, "p_bound"), 1.0);
+}
+
 TEST(Tests, OpenLimitsAreInfiniteOrNatural) {
     const auto limit = [](const char* command, const char* file, const std::string& words, const char* which) {
         return numberAt(tableOf(testReport(command, dataFile(file), words), "test"), 0, which);
