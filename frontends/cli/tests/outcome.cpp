@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <limits>
 #include <utility>
@@ -34,6 +35,11 @@ Cell signedCell(double value, double atMissing, bool computed) {
     return value == NUMCORE_MISSING ? Cell(atMissing) : cellOf(value);
 }
 
+/// What a test that is not computed leaves of a number says nothing.
+Cell cellIfComputed(const TestOutcome& outcome, double value) {
+    return outcome.computed() ? cellOf(value) : Cell();
+}
+
 /// Columns of the results: heading and cell.
 struct ResultColumn {
     ReportColumn column;
@@ -59,21 +65,24 @@ std::vector<ResultColumn> statisticColumns(const TestKind& kind) {
                                                              tested.outcome.computed());
                                        }}};
     if (kind.nDf > 0) {
-        columns.push_back(
-            {{kind.nDf > 1 ? "df1" : "df", kind.nDf > 1 ? "df1" : "df", ColumnKind::kNumber},
-             [](const TestedComparison& tested, const TestKind&) { return cellOf(tested.outcome.df); }});
+        columns.push_back({{kind.nDf > 1 ? "df1" : "df", kind.nDf > 1 ? "df1" : "df", ColumnKind::kNumber},
+                           [](const TestedComparison& tested, const TestKind&) {
+                               return cellIfComputed(tested.outcome, tested.outcome.df);
+                           }});
     }
     if (kind.nDf > 1) {
         columns.push_back(
-            {{"df2", "df2", ColumnKind::kNumber},
-             [](const TestedComparison& tested, const TestKind&) { return cellOf(tested.outcome.df2); }});
+            {{"df2", "df2", ColumnKind::kNumber}, [](const TestedComparison& tested, const TestKind&) {
+                 return cellIfComputed(tested.outcome, tested.outcome.df2);
+             }});
     }
     columns.push_back(
         {{"p", "p", ColumnKind::kProbability},
          [](const TestedComparison& tested, const TestKind&) { return cellOf(tested.outcome.pValue); }});
     columns.push_back(
-        {{"critical", "Critical", ColumnKind::kNumber},
-         [](const TestedComparison& tested, const TestKind&) { return cellOf(tested.outcome.critical); }});
+        {{"critical", "Critical", ColumnKind::kNumber}, [](const TestedComparison& tested, const TestKind&) {
+             return cellIfComputed(tested.outcome, tested.outcome.critical);
+         }});
     return columns;
 }
 
@@ -140,7 +149,15 @@ std::string sizesOf(const Comparison& comparison) {
     return out;
 }
 
+bool holdsInfinite(const TestSample& sample) {
+    return std::ranges::any_of(sample.values, [](double value) { return std::isinf(value); });
+}
+
 std::string whyNot(const TestedComparison& tested, const TestKind& kind) {
+    for (const TestSample& sample : tested.comparison.samples) {
+        if (holdsInfinite(sample))
+            return fmt::format("{} holds an infinite value", quotedForMessage(sample.name));
+    }
     if (tested.outcome.status == -1) return "too few values: " + sizesOf(tested.comparison);
     return kind.noSpread;
 }

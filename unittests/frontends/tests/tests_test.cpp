@@ -150,7 +150,11 @@ TEST(Tests, SayWhatCannotBeComputed) {
     const Report some = testReport("ttest", file.path(), "--columns x:c --mu 4");
     EXPECT_EQ(cellAt(tableOf(some, "test"), 1, "p"), Cell());
     EXPECT_EQ(cellAt(tableOf(some, "test"), 1, "upper"), Cell());
+    EXPECT_EQ(cellAt(tableOf(some, "test"), 1, "df"), Cell());
     EXPECT_TRUE(noted(some, "no test of 'c': the values do not vary"));
+    const TemporaryFile infinite("a,b\n1,2\ninf,3\n3,5\n");
+    EXPECT_NE(refusal<DataError>("ttest", infinite.path(), "").find("'a' holds an infinite value"),
+              std::string::npos);
     const TemporaryFile constant("a,b\n1,2\n1,2\n1,2\n");
     const Report apart = testReport("ttest", constant.path(), "--columns a:b");
     EXPECT_EQ(numberAt(tableOf(apart, "test"), 0, "t"), -kInfinity);
