@@ -110,9 +110,8 @@ void addResampling(CLI::App& command, Options& options, RawOptions& raw) {
         .option("--exact-limit", request.exactLimit,
                 "Try all arrangements when there are no more than these (1000000); 0 never")
         ->check(CLI::Range(0, 100'000'000));
-    resampling
-        .option("--time-limit", request.timeLimit, "Seconds after which no further resample is begun (none)")
-        ->check(CLI::NonNegativeNumber);
+    resampling.option("--time-limit", request.timeLimit,
+                      "Seconds after which no further resample is begun (none)");
 }
 
 void addPlot(Adder& test, Options& options) {
@@ -261,6 +260,7 @@ void readWords(const RawTests& raw, TestRequest& request) {
 
 void checkResampling(const RawTests& raw, const ResampleRequest& request) {
     constexpr const char* kAlone = "goes with --resample";
+    refuse(!(request.timeLimit >= 0.0), "--time-limit", "takes seconds, 0 or more");
     if (request.wanted()) return;
     refuse(request.seed.has_value(), "--seed", kAlone);
     refuse(!raw.scheme.empty(), "--scheme", kAlone);

@@ -169,7 +169,7 @@ bool isInfinite(double statistic) {
 }  // namespace
 
 std::string limitsOf(double alpha) {
-    return fmt::format("limits of {:.4g} %", 100.0 * (1.0 - alpha));
+    return fmt::format("limits of {:.10g} %", 100.0 * (1.0 - alpha));
 }
 
 void addSamplesTable(const std::vector<Comparison>& comparisons, const std::string& groupsName,

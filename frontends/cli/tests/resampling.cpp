@@ -66,15 +66,13 @@ std::string tellResampling(const TestOutcome& outcome) {
                            resampling.nUsed);
     }
     const PLimits limits = limitsOfP(outcome);
-    std::string text = fmt::format(
-        "{} of {} as extreme as the data; more would give {:.4g} to {:.4g} (99 %); "
-        "--seed {} draws them again",
-        resampling.nExtreme, drawn(outcome), limits.lower, limits.upper, resampling.seed);
-    if (has(resampling, NUMCORE_RESAMPLED_STOPPED)) {
-        text += fmt::format("; --time-limit ended the run: --resample {} --seed {} repeats it",
-                            resampling.nUsed, resampling.seed);
-    }
-    return text;
+    const std::string again =
+        has(resampling, NUMCORE_RESAMPLED_STOPPED)
+            ? fmt::format("--time-limit ended the run: --resample {} --seed {} without it repeats it",
+                          resampling.nUsed, resampling.seed)
+            : fmt::format("--seed {} draws them again", resampling.seed);
+    return fmt::format("{} of {} as extreme as the data; more would give {:.4g} to {:.4g} (99 %); {}",
+                       resampling.nExtreme, drawn(outcome), limits.lower, limits.upper, again);
 }
 
 }  // namespace numcore::cli
