@@ -16,7 +16,7 @@ constexpr std::size_t kRowsSharedWithin = 4096;
 struct SpearmanColumn {
     bool isComplete = false;
     std::vector<double> centredRanks;
-    double ties = 0.0;
+    Ties ties;
     RankedColumn ranked;
 };
 

@@ -117,7 +117,9 @@ MidRanks midRanks(const RankedColumn& column, const RankedColumn* other, std::sp
         const double rank = result.weight + (t + 1.0) / 2.0;
         for (std::size_t k = first; k < end; ++k) result.ranks[order[k]] = rank;
         result.weight += t;
-        if (t > 0.0) result.ties += t * t * t - t;
+        if (!(t > 0.0)) continue;
+        result.ties.cubes += t * t * t - t;
+        ++result.ties.nGroups;
     }
     return result;
 }

@@ -26,11 +26,17 @@ struct RankingSpace {
 /// Equal values share a group, all NaN too; equal rows keep their order.
 RankedColumn rankColumn(std::span<const double> cells, RankingSpace& space);
 
+/// The groups of equal values that have weight.
+struct Ties {
+    double cubes = 0.0;  ///< sum of t^3 - t, t the weight of a group
+    std::uint32_t nGroups = 0;
+};
+
 /// Weighted average ranks of the rows where another column is present.
 struct MidRanks {
     std::vector<double> ranks;  ///< one a row; not set where either column is missing
     double weight = 0.0;        ///< of these rows
-    double ties = 0.0;          ///< sum of t^3 - t over the groups of equal values, t their weight
+    Ties ties;
 };
 
 /// Average ranks as `V_GetRanksTies` gives them, from the order that is known.

@@ -9,21 +9,26 @@
 namespace numcore::correlation {
 namespace {
 
-double rhoOfSums(double weight, double differences, double tiesX, double tiesY) {
+/// (1 - ((Tx + Ty) / 12 + D) 6 / N3) / sqrt((1 - Tx / N3)(1 - Ty / N3)) with N3 = W^3 - W, as multiplied by N3:
+/// that is 0 for weights that sum to 1 and negative below, where the ranks have spread all the same.
+double rhoOfSums(double weight, double differences, const Ties& tiesX, const Ties& tiesY) {
+    if (tiesX.nGroups < 2 || tiesY.nGroups < 2) return kMissing;
     const double cubes = (weight * weight - 1.0) * weight;
-    if (cubes == 0.0) return kMissing;
-    const double untied = (1.0 - tiesX / cubes) * (1.0 - tiesY / cubes);
-    if (!(untied > 0.0)) return kMissing;
+    const double spreadX = cubes - tiesX.cubes;
+    const double spreadY = cubes - tiesY.cubes;
+    if (!(spreadX > 0.0 && spreadY > 0.0)) return kMissing;
     // What rounding would leave beside 1.
-    if (differences == 0.0 && tiesX == tiesY) return 1.0;
-    const double rho = (1.0 - ((tiesX + tiesY) / 12.0 + differences) * 6.0 / cubes) / std::sqrt(untied);
+    if (differences == 0.0 && tiesX.cubes == tiesY.cubes) return 1.0;
+    const double product = spreadX * spreadY;
+    const double root = std::isinf(product) ? std::sqrt(spreadX) * std::sqrt(spreadY) : std::sqrt(product);
+    const double rho = (0.5 * (spreadX + spreadY) - 6.0 * differences) / root;
     return std::isnan(rho) ? kMissing : std::clamp(rho, -1.0, 1.0);
 }
 
 }  // namespace
 
-SpearmanCoefficient spearmanOfSums(std::int64_t nPairs, double weight, double differences, double tiesX,
-                                   double tiesY, std::int32_t alternative) {
+SpearmanCoefficient spearmanOfSums(std::int64_t nPairs, double weight, double differences, const Ties& tiesX,
+                                   const Ties& tiesY, std::int32_t alternative) {
     const double rho = rhoOfSums(weight, differences, tiesX, tiesY);
     const SpearmanTest test = spearmanTest(rho, weight, alternative, SpearmanStep::kOfData);
     return {{rho, test.pValue, nPairs}, test.statistic};

@@ -11,8 +11,8 @@ struct SpearmanCoefficient : Coefficient {
 };
 
 /// Coefficient and p-value from D = sum of w (Rx - Ry)^2, the ties and the sum of weights.
-SpearmanCoefficient spearmanOfSums(std::int64_t nPairs, double weight, double differences, double tiesX,
-                                   double tiesY, std::int32_t alternative);
+SpearmanCoefficient spearmanOfSums(std::int64_t nPairs, double weight, double differences, const Ties& tiesX,
+                                   const Ties& tiesY, std::int32_t alternative);
 
 /// Coefficient of two columns of the same rows, pairwise.
 SpearmanCoefficient spearmanOfColumns(const RankedColumn& x, const RankedColumn& y,

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <sstream>
@@ -227,6 +228,46 @@ TEST(Spearman, StepsByOneWhereTheGivenCoefficientStepsByTwo) {
     EXPECT_NE(given, found.p);
     EXPECT_EQ(spearman(x, y, {}, 2).p, kNone);
     EXPECT_EQ(spearman(x, x).value, 1.0) << "ties leave nothing beside 1";
+}
+
+TEST(Spearman, WeightsOfAnySizeAreThoseOfRepeatedRows) {
+    const Values x = {1.0, 2.0, 3.0, 4.0, 5.0};
+    const Values y = {1.0, 5.0, 2.0, 2.0, 4.0};
+    // R 4.2.2: cor(c(1,1,2,3,3,3,4,5), c(1,1,5,2,2,2,2,4), method = "spearman"). The ranks of smaller weights
+    // lie on a line with those of larger ones.
+    const Values counts = {2.0, 1.0, 3.0, 1.0, 1.0};
+    for (const double scale : {1.0, 0.125, 0.12, 0.01, 0.7, 33.3}) {
+        Values weights;
+        for (const double count : counts) weights.push_back(scale * count);
+        EXPECT_NEAR(spearman(x, y, weights).value, 0.5662307880697337, 1e-12) << scale;
+    }
+}
+
+TEST(Spearman, WeightedConstantHasNoCoefficient) {
+    // The weights sum to another number in another order, and their cubes are rounded.
+    const Values weights = {0.1, 0.7, 0.3, 1.9, 0.2, 0.11};
+    const Values x = {1.0, 3.0, 2.0, 5.0, 4.0, 6.0};
+    const Values flat(6, 0.1);
+    for (int alternative = -1; alternative <= 2; ++alternative) {
+        EXPECT_EQ(spearman(x, flat, weights, alternative).value, kNone);
+        EXPECT_EQ(spearman(flat, flat, weights, alternative).p, kNone);
+    }
+    EXPECT_EQ(spearman({1.0}, {1.0}, {2.3}).value, kNone);
+    Values data = x;
+    data.insert(data.end(), flat.begin(), flat.end());
+    data.insert(data.end(), x.begin(), x.end());
+    double r[9];
+    double p[9];
+    const auto table = matrix<double>(6, 3, data.data(), false);
+    const auto w = vectorOf(weights);
+    auto coefficients = matrix<double>(3, 3, r, true);
+    auto pValues = matrix<double>(3, 3, p, true);
+    EXPECT_EQ(numcore::M_SpearmanRho(&table, nullptr, &w, 0, &coefficients, &pValues), 0);
+    for (const int cell : {1, 3, 4, 5, 7}) {
+        EXPECT_EQ(r[cell], kNone) << cell;
+        EXPECT_EQ(p[cell], kNone) << cell;
+    }
+    EXPECT_EQ(r[2], 1.0);
 }
 
 TEST(Kendall, TruncatesEachProductOfWeights) {
