@@ -34,7 +34,7 @@ NUMCORE_BEGIN_C
  *
  *  @param rho the coefficient, used from n = 10 on
  *  @param n   number of observations
- *  @param S   sum of squared rank differences, used below n = 10
+ *  @param S   sum of squared rank differences, used below n = 10, where orders within 1e-9 of it reach it
  *  @return n < 10: exact, from all orders. n < 1201: `CDFNormalStd`(rho sqrt(n - 1)). Otherwise `CDFStudent` of
  *          rho sqrt((n - 2) / (1 - rho^2)) with n - 2 degrees of freedom; 0 or 1 by the sign for |rho| >= 1.
  *          Below n = 1201, 0 when S exceeds its maximum (n^2 - 1) n / 3. The missing value for n < 0 */
@@ -42,8 +42,8 @@ NUMCORE_API double CDFSpearman(double rho, int32_t n, double S);
 
 /** Upper tail of Kendall's S = concordant - discordant pairs: P(K >= S) over all orders of n values, no ties.
  *
- *  @return exact up to n = 200, beyond it by the normal law with a continuity correction; the missing value
- *          for n < 1. Kendall (1938), Biometrika 30:81-93 */
+ *  @return exact up to n = 200, beyond it by the normal law with a continuity correction, to 3e-4 absolute;
+ *          the missing value for n < 1. Kendall (1938), Biometrika 30:81-93 */
 NUMCORE_API double CDFKendall(int32_t S, int32_t n);
 
 /** P-value of a Pearson coefficient.

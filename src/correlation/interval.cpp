@@ -31,7 +31,7 @@ Limits limitsOf(double r, std::int32_t n, double alpha, std::int32_t method) {
     // Kept: at 1 the interval is a point, at -1 there is none.
     if (r == 1.0) return {1.0, 1.0};
     const double ratio = (1.0 + r) / (1.0 - r);
-    if (!(ratio > 0.0)) return {};
+    if (!(ratio > 0.0) || std::isnan(alpha)) return {};
     const double error = standardError(r, n, method);
     if (error == numcore::kMissing) return {};
     const double z = 0.5 * std::log(ratio);

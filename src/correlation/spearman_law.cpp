@@ -18,6 +18,7 @@ namespace {
 constexpr std::int32_t kExactBelow = 10;
 constexpr std::int32_t kStudentFrom = 1201;
 constexpr std::size_t kGreatestSum = 240;  // (n^2 - 1) n / 3 for n = 9
+constexpr double kRoundingOfS = 1e-9;      // an S that comes from a coefficient is whole up to this
 
 /// Orders of n values by their sum of squared rank differences: out[s] of them reach at least s.
 using Tail = std::array<std::uint32_t, kGreatestSum + 2>;
@@ -49,7 +50,7 @@ double exactTail(std::int32_t n, double S) {
         return tails;
     }();
     const Tail& tail = kTails[static_cast<std::size_t>(n)];
-    const double from = std::clamp(std::ceil(S), 0.0, static_cast<double>(kGreatestSum + 1));
+    const double from = std::clamp(std::ceil(S - kRoundingOfS), 0.0, static_cast<double>(kGreatestSum + 1));
     return static_cast<double>(tail[static_cast<std::size_t>(from)]) / static_cast<double>(tail[0]);
 }
 
@@ -98,7 +99,8 @@ double CDFSpearman(double rho, std::int32_t n, double S) {
     if (n >= kStudentFrom) return studentApproximation(rho, n);
     const std::int32_t largest = (n * n - 1) * n / 3;
     if (S > largest) return 0.0;
-    return n < kExactBelow ? exactTail(n, S) : CDFNormalStd(rho * std::sqrt(n - 1.0));
+    if (n < kExactBelow) return exactTail(n, S);
+    return std::isnan(rho) ? numcore::kMissing : CDFNormalStd(rho * std::sqrt(n - 1.0));
 }
 
 void PvalSpearman(double rho, std::int32_t alternative, std::int32_t n, double* pvalue,

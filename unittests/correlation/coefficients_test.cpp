@@ -230,6 +230,29 @@ TEST(Spearman, StepsByOneWhereTheGivenCoefficientStepsByTwo) {
     EXPECT_EQ(spearman(x, x).value, 1.0) << "ties leave nothing beside 1";
 }
 
+TEST(Spearman, FewUntiedValuesReachTheirOwnSum) {
+    // The coefficient brings S back with a rounding error of either sign; the tail begins at the whole number.
+    const Values x = {1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0};
+    Values y = x;
+    std::vector<int> sums;
+    do {
+        double sum = 0.0;
+        for (std::size_t i = 0; i < 7; ++i) sum += (x[i] - y[i]) * (x[i] - y[i]);
+        sums.push_back(static_cast<int>(sum));
+    } while (std::next_permutation(y.begin(), y.end()));
+    std::sort(sums.begin(), sums.end());
+    for (int k = 0; k < 200; ++k) {
+        for (int step = 0; step < 25; ++step) std::next_permutation(y.begin(), y.end());
+        const Found lower = spearman(x, y, {}, -1);
+        const auto reached = sums.end() - std::lower_bound(sums.begin(), sums.end(), std::lround(lower.S));
+        EXPECT_DOUBLE_EQ(lower.p, static_cast<double>(reached) / 5040.0) << "S = " << lower.S;
+        EXPECT_NEAR(
+            lower.p + spearman(x, y, {}, 1).p,
+            1.0 + static_cast<double>(std::count(sums.begin(), sums.end(), std::lround(lower.S))) / 5040.0,
+            1e-12);
+    }
+}
+
 TEST(Spearman, WeightsOfAnySizeAreThoseOfRepeatedRows) {
     const Values x = {1.0, 2.0, 3.0, 4.0, 5.0};
     const Values y = {1.0, 5.0, 2.0, 2.0, 4.0};

@@ -56,6 +56,7 @@ TEST(CorrelationLaws, AreExactForFewObservations) {
 TEST(CorrelationLaws, BadArgumentsGiveTheMissingValue) {
     EXPECT_EQ(CDFSpearman(0.5, -1, 1.0), NUMCORE_MISSING);
     EXPECT_EQ(CDFSpearman(0.5, 5, static_cast<double>(NAN)), NUMCORE_MISSING);
+    for (const int n : {20, 1201}) EXPECT_EQ(CDFSpearman(static_cast<double>(NAN), n, 1.0), NUMCORE_MISSING);
     EXPECT_EQ(CDFSpearman(1.0, 1201, 0.0), 1.0);
     EXPECT_EQ(CDFSpearman(-1.0, INT32_MAX, 0.0), 0.0);
     EXPECT_EQ(CDFKendall(0, 0), NUMCORE_MISSING);
@@ -76,6 +77,10 @@ TEST(CorrelationLaws, BadArgumentsGiveTheMissingValue) {
         PVal_Pearson(0, 0.5, n, &p, nullptr);
         EXPECT_EQ(p, NUMCORE_MISSING) << n;
     }
+    double upper = kUntouched;
+    COR_ComputeCI_ST(0.5, 10, static_cast<double>(NAN), 1, &p, &upper);
+    EXPECT_EQ(p, NUMCORE_MISSING);
+    EXPECT_EQ(upper, NUMCORE_MISSING);
     PVal_Pearson(0, 0.5, 10, nullptr, nullptr);
     PvalSpearman(0.5, 0, 10, nullptr, NUMCORE_TRUE, 0.05, nullptr, NUMCORE_TRUE, nullptr, nullptr);
     COR_ComputeCI_ST(0.5, 10, 0.05, 1, nullptr, nullptr);
