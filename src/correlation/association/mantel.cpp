@@ -79,7 +79,8 @@ struct Moments {
     }
 };
 
-// Moments of a and the permuted b over the pairs present in both.
+// Moments of a and the permuted b over the pairs present in both. Sums of cells are taken from a first cell on,
+// so that equal cells leave no squares behind.
 Moments momentsOf(const Pairs& a, const Pairs& b, std::span<const std::int32_t> order) {
     Moments sums;
     const auto overPairs = [&](const auto& add) {
@@ -92,13 +93,19 @@ Moments momentsOf(const Pairs& a, const Pairs& b, std::span<const std::int32_t> 
             }
         }
     };
+    double firstA = 0.0;
+    double firstB = 0.0;
     overPairs([&](double cellA, double cellB) {
+        if (sums.n == 0.0) {
+            firstA = cellA;
+            firstB = cellB;
+        }
         sums.n += 1.0;
-        sums.meanA += cellA;
-        sums.meanB += cellB;
+        sums.meanA += cellA - firstA;
+        sums.meanB += cellB - firstB;
     });
-    sums.meanA /= sums.n;
-    sums.meanB /= sums.n;
+    sums.meanA = firstA + sums.meanA / sums.n;
+    sums.meanB = firstB + sums.meanB / sums.n;
     overPairs([&](double cellA, double cellB) {
         sums.squaresA += (cellA - sums.meanA) * (cellA - sums.meanA);
         sums.squaresB += (cellB - sums.meanB) * (cellB - sums.meanB);

@@ -103,6 +103,14 @@ TEST(Mantel, RefusesWhatHasNoSpread) {
     EXPECT_EQ(RunMantelTest(a, flat, 3, nullptr, &result), -2);
     EXPECT_EQ(result.rho, NUMCORE_MISSING);
     EXPECT_EQ(result.pValue, NUMCORE_MISSING);
+    // The mean of 21 times 0.1 is not 0.1.
+    std::vector<double> tenths(49, 0.1);
+    std::vector<double> wave(49);
+    for (std::size_t cell = 0; cell < wave.size(); ++cell) wave[cell] = std::sin(static_cast<double>(cell));
+    EXPECT_EQ(RunMantelTest(tenths.data(), wave.data(), 7, nullptr, &result), -2);
+    EXPECT_EQ(RunMantelTest(wave.data(), tenths.data(), 7, nullptr, &result), -2);
+    tenths[5] = NUMCORE_MISSING;
+    EXPECT_EQ(RunMantelTest(wave.data(), tenths.data(), 7, nullptr, &result), -2);
     EXPECT_EQ(RunMantelTest(a, gone, 3, nullptr, &result), -2);
     EXPECT_EQ(result.nPairs, 0);
     EXPECT_EQ(result.z, NUMCORE_MISSING);
