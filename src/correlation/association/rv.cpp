@@ -43,11 +43,16 @@ Rows gather(vmcore::ConstMatrixView table, std::span<const std::int32_t> used) {
     return rows;
 }
 
-// Subtracts the weighted means; the shares sum to 1.
+// Subtracts the weighted means; the shares sum to 1. The first observation goes first, which leaves a constant
+// variable at 0 exactly.
 void centre(Rows& rows, std::span<const double> shares) {
+    const std::vector<double> start(rows.row(0), rows.row(0) + rows.nVariables);
     std::vector<double> means(rows.nVariables, 0.0);
     for (std::size_t i = 0; i < rows.n; ++i) {
-        for (std::size_t j = 0; j < rows.nVariables; ++j) means[j] += shares[i] * rows.row(i)[j];
+        for (std::size_t j = 0; j < rows.nVariables; ++j) {
+            rows.row(i)[j] -= start[j];
+            means[j] += shares[i] * rows.row(i)[j];
+        }
     }
     for (std::size_t i = 0; i < rows.n; ++i) {
         for (std::size_t j = 0; j < rows.nVariables; ++j) rows.row(i)[j] -= means[j];

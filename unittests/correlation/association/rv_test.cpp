@@ -81,6 +81,17 @@ TEST(RvCoefficient, SkipsIncompleteRowsAndRefusesBadInput) {
     const double constant[] = {3, 3, 3, 3};
     EXPECT_EQ(ComputeRV(x4, 4, 1, constant, 1), NUMCORE_MISSING);
     EXPECT_EQ(ComputeRV(x4, 1, 1, y4, 1), NUMCORE_MISSING);
+    // The mean of 20 times 0.1 is not 0.1: a constant set still has no spread, and a constant variable adds
+    // none.
+    std::vector<double> tenths(20, 0.1);
+    std::vector<double> wave;
+    for (int i = 0; i < 40; ++i) wave.push_back(std::sin(i * i));
+    EXPECT_EQ(ComputeRV(tenths.data(), 20, 1, wave.data(), 2), NUMCORE_MISSING);
+    const ST_RVOptions standardized{0, 0, NUMCORE_TRUE, NUMCORE_TRUE, 0};
+    const double alone =
+        RVcoefficient(wave.data() + 20, 20, 1, wave.data(), 2, nullptr, &standardized, nullptr);
+    tenths.insert(tenths.end(), wave.begin() + 20, wave.end());
+    EXPECT_EQ(RVcoefficient(tenths.data(), 20, 2, wave.data(), 2, nullptr, &standardized, nullptr), alone);
     EXPECT_EQ(ComputeRV(nullptr, 4, 1, y4, 1), NUMCORE_MISSING);
     EXPECT_EQ(ComputeRV(x4, 4, 0, y4, 1), NUMCORE_MISSING);
     ST_RVResult result;
