@@ -168,8 +168,11 @@ Association rankBiserial(const GradedSample& sample, Side side) {
     const auto ties = vmcore::V_GetRanksTies(sample.x, sample.weights, ranks);
     const GroupMeans means = groupMeans(ranks, sample);
     const double n = means.weight;
-    result.coefficient = std::clamp(rankBiserialOf(means.upper, means.lower, n), -1.0, 1.0);
+    const double coefficient = rankBiserialOf(means.upper, means.lower, n);
+    if (!std::isfinite(coefficient)) return result;
+    result.coefficient = std::clamp(coefficient, -1.0, 1.0);
     result.status = FitStatus::kConverged;
+    if (!(means.deviation > 0.0)) return result;
     // Of U without association, ties included, over its half range: Lehmann, E. L. (1975), Nonparametrics.
     double tieSum = 0.0;
     for (const double t : ties) tieSum += t * (t * t - 1.0);

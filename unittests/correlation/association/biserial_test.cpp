@@ -116,7 +116,11 @@ TEST(Biserial, SeparatedGroupsAndBadInput) {
     const Sample exact{{1, 1, 3, 3}, {0, 0, 1, 1}, {}};
     EXPECT_EQ(exact.fit(BiserialCorrelation2, 0, &fit), 1.0);
     EXPECT_EQ(fit.pValue, 0.0);
+    EXPECT_EQ((Sample{{3, 3, 3, 3}, {0, 0, 1, 1}, {0.1, 0.7, 0.3, 1.9}}.fit(BiserialCorrelation3, 0, &fit)),
+              0.0);
+    EXPECT_EQ(fit.pValue, NUMCORE_MISSING) << "without spread there is nothing to test";
     for (const Member member : kMembers) {
+        EXPECT_EQ((Sample{{1, 2, 3}, {4, 4, 7}, {1, 1, HUGE_VAL}}.fit(member, 0, &fit)), NUMCORE_MISSING);
         EXPECT_EQ((Sample{{1, 2, 3}, {4, 4, 4}, {}}.fit(member, 0, &fit)), NUMCORE_MISSING);
         EXPECT_EQ(fit.status, NUMCORE_FIT_DEGENERATE);
         EXPECT_EQ((Sample{{}, {}, {}}.fit(member, 0, &fit)), NUMCORE_MISSING);
