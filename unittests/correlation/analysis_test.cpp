@@ -156,6 +156,17 @@ TEST(CorrelationAnalysis, PolychoricOfOrderedCategories) {
     EXPECT_LT(results.lower.at(0, 1), results.coefficients.at(0, 1));
     EXPECT_GT(results.upper.at(0, 1), results.coefficients.at(0, 1));
     EXPECT_EQ(results.nPairs.at(0, 1), 100);
+
+    // Rows beyond the weights take no part.
+    data.weightsPresent = NUMCORE_TRUE;
+    *data.weights = matrix<double>(75, 1, 1.0);
+    cCOR_Results shorter;
+    ASSERT_EQ(run(data, param, shorter), NUMCORE_COR_DONE);
+    cST_DataSet first = dataSet({{x.begin(), x.begin() + 75}, {y.begin(), y.begin() + 75}});
+    cCOR_Results expectedOnes;
+    ASSERT_EQ(run(first, param, expectedOnes), NUMCORE_COR_DONE);
+    EXPECT_EQ(shorter.coefficients.at(0, 1), expectedOnes.coefficients.at(0, 1));
+    EXPECT_EQ(shorter.nPairs.at(0, 1), 75);
 }
 
 TEST(CorrelationAnalysis, ParametersThatItCannotUse) {

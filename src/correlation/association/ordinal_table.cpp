@@ -32,10 +32,11 @@ std::int32_t categoryOf(double value, std::span<const double> categories) {
 
 OrdinalTable tabulate(std::span<const double> x, std::span<const double> y,
                       std::span<const std::int16_t> exclusion, std::span<const double> weights) {
-    const std::size_t n = std::min(x.size(), y.size());
+    const std::size_t nCells = std::min(x.size(), y.size());
+    const std::size_t n = weights.empty() ? nCells : std::min(nCells, weights.size());
     std::vector<bool> use(n);
     for (std::size_t i = 0; i < n; ++i) {
-        use[i] = (exclusion.empty() || exclusion[i] == 0) && isCategory(x[i]) && isCategory(y[i]) &&
+        use[i] = (i >= exclusion.size() || exclusion[i] == 0) && isCategory(x[i]) && isCategory(y[i]) &&
                  (weights.empty() || weights[i] > vmcore::kWeightEpsilon);
     }
     const auto rows = categoriesOf(x.first(n), use);
