@@ -15,6 +15,10 @@ bool exists(const cST_MVect<T>& table) {
     return table.columnCount() > 0;
 }
 
+bool isCovariance(const COR_Param& param) {
+    return param.coefficient == NUMCORE_COR_FAMILY_PEARSON && isTrue(param.covariance);
+}
+
 // Symmetric in Fisher's transform, from the standard error of the coefficient.
 void limitsFromError(const Coefficient& found, double alpha, double& lower, double& upper) {
     lower = upper = kMissing;
@@ -35,8 +39,8 @@ ResultTables::ResultTables(const COR_Param& param, const cST_MVect<double>& rows
       results_(results),
       square_(!isTrue(param.rectangular)),
       withPValues_(isTrue(param.pValues)),
-      withSquared_(isTrue(param.squared) && !isTrue(param.covariance)),
-      withLimits_(isTrue(param.intervals) && !isTrue(param.covariance)) {
+      withSquared_(isTrue(param.squared) && !isCovariance(param)),
+      withLimits_(isTrue(param.intervals) && !isCovariance(param)) {
     shape(results.coefficients, true, kMissing);
     shape(results.pValues, withPValues_, kMissing);
     shape(results.significant, withPValues_, std::int32_t{0});

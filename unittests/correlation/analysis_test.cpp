@@ -98,6 +98,12 @@ TEST(CorrelationAnalysis, RankFamiliesAndRectangularTables) {
     cCOR_Results spearman;
     ASSERT_EQ(run(data, param, spearman), NUMCORE_COR_DONE);
     EXPECT_NEAR(spearman.coefficients.at(0, 2), -0.5901551240670112, 1e-13);
+    param.covariance = NUMCORE_TRUE;
+    cCOR_Results again;
+    ASSERT_EQ(run(data, param, again), NUMCORE_COR_DONE);
+    ASSERT_EQ(again.lower.columnCount(), 4) << "the flag is one of Pearson's";
+    EXPECT_EQ(again.lower.at(0, 2), spearman.lower.at(0, 2));
+    EXPECT_EQ(again.squared.at(0, 2), spearman.squared.at(0, 2));
 
     param = everything(NUMCORE_COR_FAMILY_KENDALL);
     param.exact = NUMCORE_TRUE;
