@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "correlation/inversions.hpp"
 #include "suite/parallel.hpp"
 
 namespace numcore::correlation {
@@ -11,26 +12,6 @@ namespace {
 constexpr std::int64_t kRowsOfTask = 64;
 constexpr std::size_t kCellsOfTask = 2048;
 constexpr std::size_t kParallelRows = 512;
-
-/// An observation by the places of its values.
-struct Place {
-    std::uint32_t x;
-    std::uint32_t y;
-    std::int64_t weight;
-};
-
-std::int64_t weightOf(const Place& place) {
-    return place.weight;
-}
-std::int64_t weightOf(std::uint32_t /*place*/) {
-    return 1;
-}
-std::uint32_t yOf(const Place& place) {
-    return place.y;
-}
-std::uint32_t yOf(std::uint32_t place) {
-    return place;
-}
 
 /// Observations where both columns are present, ordered by x, then y.
 std::vector<Place> orderedPlaces(const RankedColumn& x, const RankedColumn& y,
@@ -66,8 +47,8 @@ struct Runs {
     std::int64_t nPairs = 0;
 };
 
-template <class Item, class Same>
-Runs pairsWithinRuns(std::span<const Item> ordered, Same same) {
+template <class Same>
+Runs pairsWithinRuns(std::span<const Place> ordered, Same same) {
     Runs runs;
     for (std::size_t first = 0, end = 0; first < ordered.size(); first = end) {
         std::int64_t sum = 0;
@@ -81,92 +62,54 @@ Runs pairsWithinRuns(std::span<const Item> ordered, Same same) {
     return runs;
 }
 
-/// Sorts items by y and returns the weight of the pairs that were out of order.
-template <class Item>
-class Inversions {
-  public:
-    explicit Inversions(std::vector<Item>& items) : items_(items), spare_(items.size()) {}
-
-    std::int64_t sort() {
-        const std::size_t n = items_.size();
-        const auto comesBefore = [](const Item& a, const Item& b) { return yOf(a) < yOf(b); };
-        if (std::is_sorted(items_.begin(), items_.end(), comesBefore)) return 0;  // as a column with itself
-        std::int64_t inverted = 0;
-        for (std::size_t first = 0; first < n; first += kRun)
-            inverted += insert(first, std::min(n, first + kRun));
-        for (std::size_t width = kRun; width < n; width *= 2) {
-            for (std::size_t first = 0; first < n; first += 2 * width) {
-                inverted += merge(first, std::min(n, first + width), std::min(n, first + 2 * width));
-            }
-            items_.swap(spare_);
+/// Pairs of observations that are equal in a column, of those where the other one is present too.
+Runs tiedPairs(const RankedColumn& column, const RankedColumn& other, std::span<const double> weights) {
+    Runs tied;
+    const auto& order = column.order;
+    if (column.nGroups == order.size()) return tied;
+    for (std::size_t first = 0, end = 0; first < order.size(); first = end) {
+        const std::uint32_t group = column.group[order[first]];
+        std::int64_t sum = 0;
+        std::int64_t size = 0;
+        for (; end < order.size() && column.group[order[end]] == group; ++end) {
+            if (other.group[order[end]] == kNoGroup) continue;
+            const std::int64_t weight = weights.empty() ? 1 : static_cast<std::int64_t>(weights[order[end]]);
+            tied.products += sum * weight;
+            sum += weight;
+            size += 1;
         }
-        return inverted;
+        tied.nPairs += size * (size - 1) / 2;
     }
-
-  private:
-    static constexpr std::size_t kRun = 8;
-
-    std::int64_t insert(std::size_t first, std::size_t end) {
-        std::int64_t inverted = 0;
-        for (std::size_t i = first + 1; i < end; ++i) {
-            const Item moved = items_[i];
-            std::size_t j = i;
-            for (; j > first && yOf(items_[j - 1]) > yOf(moved); --j) {
-                inverted += weightOf(moved) * weightOf(items_[j - 1]);
-                items_[j] = items_[j - 1];
-            }
-            items_[j] = moved;
-        }
-        return inverted;
-    }
-
-    // Without a branch in the loop: which side comes next is not to be foreseen.
-    std::int64_t merge(std::size_t first, std::size_t middle, std::size_t end) {
-        const Item* left = items_.data() + first;
-        const Item* const leftEnd = items_.data() + middle;
-        const Item* right = leftEnd;
-        const Item* const rightEnd = items_.data() + end;
-        Item* out = spare_.data() + first;
-        std::int64_t remaining = 0;
-        for (const Item* item = left; item != leftEnd; ++item) remaining += weightOf(*item);
-        std::int64_t inverted = 0;
-        while (left != leftEnd && right != rightEnd) {
-            const Item a = *left;
-            const Item b = *right;
-            const bool takeRight = yOf(b) < yOf(a);
-            *out++ = takeRight ? b : a;
-            const std::int64_t chosen = -std::int64_t{takeRight};
-            inverted += (remaining * weightOf(b)) & chosen;
-            remaining -= weightOf(a) & ~chosen;
-            right += takeRight ? 1 : 0;
-            left += takeRight ? 0 : 1;
-        }
-        out = std::copy(left, leftEnd, out);
-        std::copy(right, rightEnd, out);
-        return inverted;
-    }
-
-    std::vector<Item>& items_;
-    std::vector<Item> spare_;
-};
-
-struct SortedCounts {
-    std::int64_t discordant;
-    Runs tiedY;
-};
-
-template <class Item>
-SortedCounts sortByY(std::vector<Item> items) {
-    const std::int64_t discordant = Inversions<Item>(items).sort();
-    const auto same = [](const Item& a, const Item& b) { return yOf(a) == yOf(b); };
-    return {discordant, pairsWithinRuns<Item>(items, same)};
+    return tied;
 }
 
-/// Observations of unit weight need no more than their places.
-std::vector<std::uint32_t> placesInY(const std::vector<Place>& places) {
-    std::vector<std::uint32_t> found(places.size());
-    std::transform(places.begin(), places.end(), found.begin(), [](const Place& place) { return place.y; });
-    return found;
+/// What the observations in the order of x tell.
+struct Ordered {
+    std::int64_t products = 0;  ///< of all pairs
+    Runs tiedBoth;
+    std::int64_t discordant = 0;
+};
+
+/// Of unit weights, where x has no ties.
+Ordered orderedByDistinct(const RankedColumn& x, const RankedColumn& y) {
+    std::vector<std::uint32_t> places;
+    places.reserve(x.order.size());
+    for (const std::uint32_t row : x.order) {
+        if (y.group[row] != kNoGroup) places.push_back(y.group[row]);
+    }
+    const std::int64_t n = std::ssize(places);
+    return {n * (n - 1) / 2, {}, Inversions<std::uint32_t>::count(places, y.nGroups)};
+}
+
+Ordered orderedByAny(const RankedColumn& x, const RankedColumn& y, std::span<const double> weights) {
+    std::vector<Place> places = orderedPlaces(x, y, weights);
+    const auto same = [](const Place& a, const Place& b) { return a.x == b.x && a.y == b.y; };
+    const Runs all = pairsWithinRuns(places, [](const Place&, const Place&) { return true; });
+    const Runs tiedBoth = pairsWithinRuns(places, same);
+    if (!weights.empty()) return {all.products, tiedBoth, Inversions<Place>::count(places, y.nGroups)};
+    std::vector<std::uint32_t> placesInY(places.size());
+    std::transform(places.begin(), places.end(), placesInY.begin(), [](const Place& place) { return place.y; });
+    return {all.products, tiedBoth, Inversions<std::uint32_t>::count(placesInY, y.nGroups)};
 }
 
 /// What listed near pairs change in counts that took every difference for one.
@@ -214,17 +157,14 @@ bool stepsAreLarge(const KendallColumn& x, const KendallColumn& y) {
 }
 
 PairCounts countBySorting(const KendallColumn& x, const KendallColumn& y, std::span<const double> weights) {
-    const std::vector<Place> places = orderedPlaces(x.ranked, y.ranked, weights);
-    const auto sameX = [](const Place& a, const Place& b) { return a.x == b.x; };
-    const auto same = [](const Place& a, const Place& b) { return a.x == b.x && a.y == b.y; };
-    const Runs all = pairsWithinRuns<Place>(places, [](const Place&, const Place&) { return true; });
-    const Runs tiedX = pairsWithinRuns<Place>(places, sameX);
-    const Runs tiedBoth = pairsWithinRuns<Place>(places, same);
-    const auto [discordant, tiedY] = weights.empty() ? sortByY(placesInY(places)) : sortByY(places);
-    const std::int64_t score =
-        all.products - tiedX.products - tiedY.products + tiedBoth.products - 2 * discordant;
-    PairCounts counts{static_cast<double>(all.products - tiedX.products),
-                      static_cast<double>(all.products - tiedY.products), static_cast<double>(score),
+    const Runs tiedX = tiedPairs(x.ranked, y.ranked, weights);
+    const Runs tiedY = tiedPairs(y.ranked, x.ranked, weights);
+    const bool isPlain = weights.empty() && x.ranked.nGroups == x.ranked.order.size();
+    const auto [products, tiedBoth, discordant] =
+        isPlain ? orderedByDistinct(x.ranked, y.ranked) : orderedByAny(x.ranked, y.ranked, weights);
+    const std::int64_t score = products - tiedX.products - tiedY.products + tiedBoth.products - 2 * discordant;
+    PairCounts counts{static_cast<double>(products - tiedX.products),
+                      static_cast<double>(products - tiedY.products), static_cast<double>(score),
                       static_cast<double>(tiedX.nPairs + tiedY.nPairs - tiedBoth.nPairs)};
     if (stepsAreLarge(x, y)) return counts;
     const NearPairs nearby(x, y, weights);

@@ -135,16 +135,15 @@ PairCounts countPairs(const KendallColumn& x, const KendallColumn& y, std::span<
 }
 
 /// Rows that differ by at most kNear; false when there are more than a few per row, or too many to look at.
-bool listNear(std::span<const double> cells, const RankedColumn& ranked,
+/// @param sorted  the values in their order
+bool listNear(std::span<const double> sorted, const std::vector<std::uint32_t>& order,
               std::vector<std::pair<std::uint32_t, std::uint32_t>>& nearby) {
-    const auto& order = ranked.order;
     std::size_t nLooked = 0;
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        const double value = cells[order[i]];
-        for (std::size_t j = i + 1; j < order.size() && cells[order[j]] - value <= kNear; ++j) {
-            if (++nLooked > kLooksPerRow * order.size()) return false;
-            if (cells[order[j]] == value) continue;
-            if (nearby.size() >= kNearPerRow * order.size()) return false;
+    for (std::size_t i = 0; i < sorted.size(); ++i) {
+        for (std::size_t j = i + 1; j < sorted.size() && sorted[j] - sorted[i] <= kNear; ++j) {
+            if (++nLooked > kLooksPerRow * sorted.size()) return false;
+            if (sorted[j] == sorted[i]) continue;
+            if (nearby.size() >= kNearPerRow * sorted.size()) return false;
             nearby.emplace_back(order[i], order[j]);
         }
     }
@@ -154,15 +153,18 @@ bool listNear(std::span<const double> cells, const RankedColumn& ranked,
 KendallColumn kendallColumn(std::span<const double> cells, RankingSpace& space) {
     KendallColumn column{cells, rankColumn(cells, space), std::numeric_limits<double>::infinity(), {}, false};
     const auto& order = column.ranked.order;
-    if (!order.empty() && std::isnan(cells[order.back()])) {
+    std::vector<double>& sorted = space.sorted;
+    sorted.resize(order.size());
+    std::transform(order.begin(), order.end(), sorted.begin(), [&](std::uint32_t row) { return cells[row]; });
+    if (!sorted.empty() && std::isnan(sorted.back())) {
         column.smallestStep = 0.0;
         return column;
     }
-    for (std::size_t k = 1; k < order.size(); ++k) {
-        const double step = cells[order[k]] - cells[order[k - 1]];
+    for (std::size_t k = 1; k < sorted.size(); ++k) {
+        const double step = sorted[k] - sorted[k - 1];
         if (step > 0.0) column.smallestStep = std::min(column.smallestStep, step);
     }
-    column.canBeSorted = column.smallestStep > kNear || listNear(cells, column.ranked, column.nearby);
+    column.canBeSorted = column.smallestStep > kNear || listNear(sorted, order, column.nearby);
     return column;
 }
 

@@ -21,6 +21,7 @@ struct RankedColumn {
 struct RankingSpace {
     std::vector<std::uint64_t> items;
     std::vector<std::uint64_t> spare;
+    std::vector<double> sorted;
 };
 
 /// Equal values share a group, all NaN too; equal rows keep their order.
