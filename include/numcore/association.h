@@ -348,7 +348,7 @@ NUMCORE_API double Cpp_RVcoefficient(const double* x, int32_t n, int32_t p, cons
                                      const double* weights, const ST_RVOptions* options, ST_RVResult* result);
 /** `RVcoefficient` without weights, options and test. */
 NUMCORE_API double ComputeRV(const double* x, int32_t n, int32_t p, const double* y, int32_t q);
-/** `RVcoefficient` of numeric tables 1 and 2 of a data set with its observation weights.
+/** `RVcoefficient` of numeric tables 1 and 2 of a data set with its observation weights, without marked rows.
  *
  *  @return 0; -1 null records, a table without columns, or tables of different heights; -2 no coefficient */
 NUMCORE_API int32_t Cpp_RV_Compute(ST_DataSet* data, const ST_RVOptions* options, ST_RVResult* result);

@@ -100,6 +100,12 @@ int32_t Cpp_RV_Compute(ST_DataSet* data, const ST_RVOptions* options, ST_RVResul
     const auto given = set.observationWeights();
     std::vector<double> weights(given.begin(), given.end());
     if (!weights.empty()) weights.resize(static_cast<std::size_t>(n), 0.0);
+    if (isTrue(set.rowMarksPresent)) {
+        if (weights.empty()) weights.assign(static_cast<std::size_t>(n), 1.0);
+        for (std::int32_t i = 0; i < n; ++i) {
+            if (set.isMarked(i)) weights[static_cast<std::size_t>(i)] = 0.0;
+        }
+    }
     const double rv = RVcoefficient(x.data(), n, first.columnCount(), y.data(), second.columnCount(),
                                     weights.empty() ? nullptr : weights.data(), options, result);
     return rv == kMissing ? -2 : 0;

@@ -36,6 +36,13 @@ TEST(RvCompute, TakesTheTwoNumericTables) {
     EXPECT_EQ(whole.nUsed, 4) << "the rows beyond the weights have none";
     EXPECT_EQ(whole.expected, kNone) << "unequal weights";
     EXPECT_EQ(whole.pValue, kNone);
+
+    Array marks = Array::shorts(6);
+    marks.asShorts()[0] = 1;
+    marks.asShorts()[3] = NUMCORE_TRUE;
+    data.setRowMarks(std::move(marks));
+    ASSERT_EQ(Cpp_RV_Compute(&data.record(), nullptr, &whole), 0);
+    EXPECT_EQ(whole.nUsed, 3) << "marked rows are left out";
 }
 
 TEST(RvCompute, RefusesTablesThatDoNotMatch) {
