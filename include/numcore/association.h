@@ -179,7 +179,8 @@ NUMCORE_API double VB_CronbachAlpha(const double* items, int32_t k, int32_t kind
  *  @param data    n x k, a column an item; a row with a missing cell is left out
  *  @param weights n frequencies, or null
  *  @param kind    100: of the correlations; anything else: of the covariances
- *  @return alpha; the missing value also for a constant item with kind 100, and without two rows */
+ *  @return alpha; the missing value also for a constant item with kind 100, for constant items alone, and
+ *          without two rows or two items */
 NUMCORE_API double GetCronbachAlpha(const double* data, int32_t n, int32_t k, const double* weights,
                                     int32_t kind);
 /** `GetCronbachAlpha` for the Basic caller. */

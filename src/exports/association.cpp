@@ -115,6 +115,10 @@ inside::ItemMatrix kindOf(std::int32_t kind) {
                                              : inside::ItemMatrix::kCovariance;
 }
 
+double finiteOrMissing(double value) {
+    return std::isfinite(value) ? value : kMissing;
+}
+
 double alphaOf(const Columns& columns, std::span<const double> weights, std::int32_t kind) {
     if (columns.empty()) return kMissing;
     const auto k = static_cast<std::int32_t>(columns.size());
@@ -122,11 +126,7 @@ double alphaOf(const Columns& columns, std::span<const double> weights, std::int
     const bool correlation = kindOf(kind) == inside::ItemMatrix::kCorrelation;
     if (!inside::pairMatrix(columns, inside::completeRows(columns), weights, correlation, {items.data(), k, k}))
         return kMissing;
-    return CronbachAlpha(items.data(), k, kind);
-}
-
-double finiteOrMissing(double value) {
-    return std::isfinite(value) ? value : kMissing;
+    return finiteOrMissing(CronbachAlpha(items.data(), k, kind));
 }
 
 }  // namespace

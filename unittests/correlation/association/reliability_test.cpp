@@ -52,6 +52,9 @@ TEST(CronbachAlpha, EndsWhereTheTotalVanishes) {
     }
     EXPECT_EQ(CronbachAlpha(nullptr, 2, 0), NUMCORE_MISSING);
     EXPECT_EQ(GetCronbachAlpha(opposite, 1, 2, nullptr, 100), NUMCORE_MISSING);
+    const double flat[] = {5, 5, 5, 5, 5, 5};
+    for (const int kind : {0, 100}) EXPECT_EQ(GetCronbachAlpha(flat, 3, 2, nullptr, kind), NUMCORE_MISSING);
+    EXPECT_EQ(GetCronbachAlpha(opposite, 4, 1, nullptr, 0), NUMCORE_MISSING) << "of data there is no NaN";
 }
 
 }  // namespace
