@@ -13,103 +13,131 @@ constexpr std::int64_t kRowsOfTask = 64;
 constexpr std::size_t kCellsOfTask = 2048;
 constexpr std::size_t kParallelRows = 512;
 
-/// Observations where both columns are present, ordered by x, then y.
-std::vector<Place> orderedPlaces(const RankedColumn& x, const RankedColumn& y,
-                                 std::span<const double> weights) {
-    const auto placeOf = [&](std::uint32_t row) {
-        const std::int64_t weight = weights.empty() ? 1 : static_cast<std::int64_t>(weights[row]);
-        return Place{x.group[row], y.group[row], weight};
-    };
-    std::vector<Place> ordered;
-    if (x.nGroups == x.order.size()) {
-        ordered.reserve(x.order.size());
-        for (const std::uint32_t row : x.order) {
-            if (y.group[row] != kNoGroup) ordered.push_back(placeOf(row));
-        }
-        return ordered;
-    }
-    // Counting sort by x of what is in the order of y.
-    std::vector<std::uint32_t> places(std::size_t{x.nGroups} + 1, 0);
-    for (const std::uint32_t row : y.order) {
-        if (x.group[row] != kNoGroup) ++places[x.group[row] + 1];
-    }
-    for (std::size_t g = 1; g < places.size(); ++g) places[g] += places[g - 1];
-    ordered.resize(places.back());
-    for (const std::uint32_t row : y.order) {
-        if (x.group[row] != kNoGroup) ordered[places[x.group[row]]++] = placeOf(row);
-    }
-    return ordered;
-}
-
-/// Sum of products of the weights of all pairs within runs of equal observations.
+/// Sum of products of the weights of all pairs within groups of observations.
 struct Runs {
     std::int64_t products = 0;
     std::int64_t nPairs = 0;
 };
 
-template <class Same>
-Runs pairsWithinRuns(std::span<const Place> ordered, Same same) {
-    Runs runs;
-    for (std::size_t first = 0, end = 0; first < ordered.size(); first = end) {
-        std::int64_t sum = 0;
-        for (; end < ordered.size() && same(ordered[first], ordered[end]); ++end) {
-            runs.products += sum * weightOf(ordered[end]);
-            sum += weightOf(ordered[end]);
-        }
-        const auto size = static_cast<std::int64_t>(end - first);
-        runs.nPairs += size * (size - 1) / 2;
+/// A group of observations as it grows.
+class Run {
+  public:
+    void add(std::int64_t weight) {
+        products_ += sum_ * weight;
+        sum_ += weight;
+        size_ += 1;
     }
-    return runs;
+    void addTo(Runs& runs) const {
+        runs.products += products_;
+        runs.nPairs += size_ * (size_ - 1) / 2;
+    }
+
+  private:
+    std::int64_t products_ = 0;
+    std::int64_t sum_ = 0;
+    std::int64_t size_ = 0;
+};
+
+std::int64_t countWeight(std::span<const double> weights, std::uint32_t row) {
+    return weights.empty() ? 1 : static_cast<std::int64_t>(weights[row]);
 }
 
 /// Pairs of observations that are equal in a column, of those where the other one is present too.
 Runs tiedPairs(const RankedColumn& column, const RankedColumn& other, std::span<const double> weights) {
     Runs tied;
-    const auto& order = column.order;
-    if (column.nGroups == order.size()) return tied;
-    for (std::size_t first = 0, end = 0; first < order.size(); first = end) {
-        const std::uint32_t group = column.group[order[first]];
-        std::int64_t sum = 0;
-        std::int64_t size = 0;
-        for (; end < order.size() && column.group[order[end]] == group; ++end) {
-            if (other.group[order[end]] == kNoGroup) continue;
-            const std::int64_t weight = weights.empty() ? 1 : static_cast<std::int64_t>(weights[order[end]]);
-            tied.products += sum * weight;
-            sum += weight;
-            size += 1;
+    for (std::uint32_t g = 0; column.hasTies() && g < column.nGroups; ++g) {
+        const auto rows = column.rowsOf(g);
+        if (rows.size() < 2) continue;
+        Run run;
+        for (const std::uint32_t row : rows) {
+            if (other.group[row] != kNoGroup) run.add(countWeight(weights, row));
         }
-        tied.nPairs += size * (size - 1) / 2;
+        run.addTo(tied);
+    }
+    return tied;
+}
+
+/// Observations where both columns are present, ordered by x, then y.
+template <class Item>
+struct Ordered {
+    std::vector<Item> items;
+    std::vector<std::size_t> ends;  ///< of the distinct values of x; empty when none has more than one item
+};
+
+/// A value of x after the other; those that are equal are sorted by y.
+template <class Item, class ItemOf>
+Ordered<Item> orderedByRuns(const RankedColumn& x, const RankedColumn& y, ItemOf itemOf) {
+    Ordered<Item> found;
+    found.items.reserve(x.order.size());
+    if (x.hasTies()) found.ends.reserve(x.nGroups);
+    for (std::uint32_t g = 0; g < x.nGroups; ++g) {
+        const auto rows = x.rowsOf(g);
+        for (const std::uint32_t row : rows) {
+            if (y.group[row] != kNoGroup) found.items.push_back(itemOf(row));
+        }
+        if (!x.hasTies()) continue;
+        const auto first = found.ends.empty() ? 0 : static_cast<std::ptrdiff_t>(found.ends.back());
+        if (rows.size() > 1) {
+            std::sort(found.items.begin() + first, found.items.end(),
+                      [](const Item& a, const Item& b) { return yOf(a) < yOf(b); });
+        }
+        found.ends.push_back(found.items.size());
+    }
+    return found;
+}
+
+/// Counting sort by x of what is in the order of y.
+template <class Item, class ItemOf>
+Ordered<Item> orderedByCounting(const RankedColumn& x, const RankedColumn& y, ItemOf itemOf) {
+    Ordered<Item> found;
+    std::vector<std::size_t> places(std::size_t{x.nGroups} + 1, 0);
+    for (const std::uint32_t row : y.order) {
+        if (x.group[row] != kNoGroup) ++places[x.group[row] + 1];
+    }
+    for (std::size_t g = 1; g < places.size(); ++g) places[g] += places[g - 1];
+    found.items.resize(places.back());
+    for (const std::uint32_t row : y.order) {
+        if (x.group[row] != kNoGroup) found.items[places[x.group[row]]++] = itemOf(row);
+    }
+    places.pop_back();
+    found.ends = std::move(places);
+    return found;
+}
+
+template <class Item>
+Runs tiedInBoth(const Ordered<Item>& ordered) {
+    Runs tied;
+    std::size_t first = 0;
+    for (const std::size_t end : ordered.ends) {
+        while (first < end) {
+            const std::uint32_t place = yOf(ordered.items[first]);
+            Run run;
+            for (; first < end && yOf(ordered.items[first]) == place; ++first)
+                run.add(weightOf(ordered.items[first]));
+            run.addTo(tied);
+        }
     }
     return tied;
 }
 
 /// What the observations in the order of x tell.
-struct Ordered {
+struct Found {
     std::int64_t products = 0;  ///< of all pairs
     Runs tiedBoth;
     std::int64_t discordant = 0;
 };
 
-/// Of unit weights, where x has no ties.
-Ordered orderedByDistinct(const RankedColumn& x, const RankedColumn& y) {
-    std::vector<std::uint32_t> places;
-    places.reserve(x.order.size());
-    for (const std::uint32_t row : x.order) {
-        if (y.group[row] != kNoGroup) places.push_back(y.group[row]);
-    }
-    const std::int64_t n = std::ssize(places);
-    return {n * (n - 1) / 2, {}, Inversions<std::uint32_t>::count(places, y.nGroups)};
-}
-
-Ordered orderedByAny(const RankedColumn& x, const RankedColumn& y, std::span<const double> weights) {
-    std::vector<Place> places = orderedPlaces(x, y, weights);
-    const auto same = [](const Place& a, const Place& b) { return a.x == b.x && a.y == b.y; };
-    const Runs all = pairsWithinRuns(places, [](const Place&, const Place&) { return true; });
-    const Runs tiedBoth = pairsWithinRuns(places, same);
-    if (!weights.empty()) return {all.products, tiedBoth, Inversions<Place>::count(places, y.nGroups)};
-    std::vector<std::uint32_t> placesInY(places.size());
-    std::transform(places.begin(), places.end(), placesInY.begin(), [](const Place& place) { return place.y; });
-    return {all.products, tiedBoth, Inversions<std::uint32_t>::count(placesInY, y.nGroups)};
+template <class Item, class ItemOf>
+Found lookInOrder(const RankedColumn& x, const RankedColumn& y, ItemOf itemOf) {
+    const bool isMostlyDistinct = x.nGroups > x.order.size() / 2;
+    Ordered<Item> ordered =
+        isMostlyDistinct ? orderedByRuns<Item>(x, y, itemOf) : orderedByCounting<Item>(x, y, itemOf);
+    Run all;
+    for (const Item& item : ordered.items) all.add(weightOf(item));
+    Runs products;
+    all.addTo(products);
+    const Runs tiedBoth = tiedInBoth(ordered);
+    return {products.products, tiedBoth, Inversions<Item>::count(ordered.items, y.nGroups)};
 }
 
 /// What listed near pairs change in counts that took every difference for one.
@@ -159,9 +187,13 @@ bool stepsAreLarge(const KendallColumn& x, const KendallColumn& y) {
 PairCounts countBySorting(const KendallColumn& x, const KendallColumn& y, std::span<const double> weights) {
     const Runs tiedX = tiedPairs(x.ranked, y.ranked, weights);
     const Runs tiedY = tiedPairs(y.ranked, x.ranked, weights);
-    const bool isPlain = weights.empty() && x.ranked.nGroups == x.ranked.order.size();
+    const auto& yGroup = y.ranked.group;
     const auto [products, tiedBoth, discordant] =
-        isPlain ? orderedByDistinct(x.ranked, y.ranked) : orderedByAny(x.ranked, y.ranked, weights);
+        weights.empty()
+            ? lookInOrder<std::uint32_t>(x.ranked, y.ranked, [&](std::uint32_t row) { return yGroup[row]; })
+            : lookInOrder<WeightedPlace>(x.ranked, y.ranked, [&](std::uint32_t row) {
+                  return WeightedPlace{yGroup[row], countWeight(weights, row)};
+              });
     const std::int64_t score = products - tiedX.products - tiedY.products + tiedBoth.products - 2 * discordant;
     PairCounts counts{static_cast<double>(products - tiedX.products),
                       static_cast<double>(products - tiedY.products), static_cast<double>(score),

@@ -13,21 +13,20 @@
 
 namespace numcore::correlation {
 
-/// An observation by the places of its values.
-struct Place {
-    std::uint32_t x;
+/// An observation by the place of its value in y.
+struct WeightedPlace {
     std::uint32_t y;
     std::int64_t weight;
 };
 
-inline std::int64_t weightOf(const Place& place) {
+inline std::int64_t weightOf(const WeightedPlace& place) {
     return place.weight;
 }
-inline std::uint32_t yOf(const Place& place) {
+inline std::uint32_t yOf(const WeightedPlace& place) {
     return place.y;
 }
 
-/// Observations of unit weight need no more than their place in y.
+/// One of unit weight needs no more than the place.
 inline std::uint32_t weightOf(std::uint32_t /*place*/) {
     return 1;
 }

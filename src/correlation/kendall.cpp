@@ -36,22 +36,21 @@ struct TieSums {
 
 TieSums tieSums(const RankedColumn& column, const RankedColumn& other, std::span<const double> weights) {
     TieSums sums;
-    const auto& order = column.order;
-    if (weights.empty() && column.nGroups == order.size() && other.isComplete()) {
-        sums.nGroups = order.size();
+    const bool isPlain = weights.empty() && other.isComplete();
+    if (isPlain && !column.hasTies()) {
+        sums.nGroups = column.nGroups;
         return sums;
     }
-    for (std::size_t first = 0, end = 0; first < order.size(); first = end) {
-        const std::uint32_t group = column.group[order[first]];
-        double weight = 0.0;
-        bool isUsed = false;
-        for (; end < order.size() && column.group[order[end]] == group; ++end) {
-            if (other.group[order[end]] == kNoGroup) continue;
-            weight += weights.empty() ? 1.0 : weights[order[end]];
+    for (std::uint32_t g = 0; g < column.nGroups; ++g) {
+        const auto rows = column.rowsOf(g);
+        double weight = isPlain ? static_cast<double>(rows.size()) : 0.0;
+        bool isUsed = isPlain;
+        for (std::size_t k = 0; !isPlain && k < rows.size(); ++k) {
+            if (other.group[rows[k]] == kNoGroup) continue;
+            weight += weights.empty() ? 1.0 : weights[rows[k]];
             isUsed = true;
         }
-        if (!isUsed) continue;
-        sums.nGroups += 1;
+        sums.nGroups += isUsed ? 1 : 0;
         const double t = wholePart(weight);
         sums.forVariance += t * (t - 1.0) * (2.0 * t + 5.0);
         sums.pairs += t * (t - 1.0);

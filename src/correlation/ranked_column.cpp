@@ -92,14 +92,19 @@ RankedColumn rankColumn(std::span<const double> cells, RankingSpace& space) {
     RankedColumn column;
     column.group.assign(cells.size(), kNoGroup);
     column.order.resize(items.size());
+    column.starts.reserve(items.size() + 1);
     for (std::size_t k = 0; k < items.size(); ++k) {
         const std::uint32_t row = rowOf(items[k]);
         const bool isEqual = k > 0 && haveSameUpperHalf(items[k], items[k - 1]) &&
                              keyOf(cells[row]) == keyOf(cells[rowOf(items[k - 1])]);
-        if (!isEqual) ++column.nGroups;
+        if (!isEqual) {
+            column.starts.push_back(static_cast<std::uint32_t>(k));
+            ++column.nGroups;
+        }
         column.order[k] = row;
         column.group[row] = column.nGroups - 1;
     }
+    column.starts.push_back(static_cast<std::uint32_t>(items.size()));
     return column;
 }
 
@@ -107,15 +112,14 @@ MidRanks midRanks(const RankedColumn& column, const RankedColumn* other, std::sp
     MidRanks result;
     result.ranks.resize(column.group.size());
     const auto isUsed = [&](std::uint32_t row) { return other == nullptr || other->group[row] != kNoGroup; };
-    const auto& order = column.order;
-    for (std::size_t first = 0, end = 0; first < order.size(); first = end) {
-        const std::uint32_t group = column.group[order[first]];
+    for (std::uint32_t g = 0; g < column.nGroups; ++g) {
+        const auto rows = column.rowsOf(g);
         double t = 0.0;
-        for (; end < order.size() && column.group[order[end]] == group; ++end) {
-            if (isUsed(order[end])) t += weights.empty() ? 1.0 : weights[order[end]];
+        for (const std::uint32_t row : rows) {
+            if (isUsed(row)) t += weights.empty() ? 1.0 : weights[row];
         }
         const double rank = result.weight + (t + 1.0) / 2.0;
-        for (std::size_t k = first; k < end; ++k) result.ranks[order[k]] = rank;
+        for (const std::uint32_t row : rows) result.ranks[row] = rank;
         result.weight += t;
         if (!(t > 0.0)) continue;
         result.ties.cubes += t * t * t - t;
