@@ -50,7 +50,7 @@ Runs tiedPairs(const RankedColumn& column, const RankedColumn& other, std::span<
         if (rows.size() < 2) continue;
         Run run;
         for (const std::uint32_t row : rows) {
-            if (other.group[row] != kNoGroup) run.add(countWeight(weights, row));
+            if (other.has(row)) run.add(countWeight(weights, row));
         }
         run.addTo(tied);
     }
@@ -73,7 +73,7 @@ Ordered<Item> orderedByRuns(const RankedColumn& x, const RankedColumn& y, ItemOf
     for (std::uint32_t g = 0; g < x.nGroups; ++g) {
         const auto rows = x.rowsOf(g);
         for (const std::uint32_t row : rows) {
-            if (y.group[row] != kNoGroup) found.items.push_back(itemOf(row));
+            if (y.has(row)) found.items.push_back(itemOf(row));
         }
         if (!x.hasTies()) continue;
         const auto first = found.ends.empty() ? 0 : static_cast<std::ptrdiff_t>(found.ends.back());
@@ -92,12 +92,12 @@ Ordered<Item> orderedByCounting(const RankedColumn& x, const RankedColumn& y, It
     Ordered<Item> found;
     std::vector<std::size_t> places(std::size_t{x.nGroups} + 1, 0);
     for (const std::uint32_t row : y.order) {
-        if (x.group[row] != kNoGroup) ++places[x.group[row] + 1];
+        if (x.has(row)) ++places[x.group[row] + 1];
     }
     for (std::size_t g = 1; g < places.size(); ++g) places[g] += places[g - 1];
     found.items.resize(places.back());
     for (const std::uint32_t row : y.order) {
-        if (x.group[row] != kNoGroup) found.items[places[x.group[row]]++] = itemOf(row);
+        if (x.has(row)) found.items[places[x.group[row]]++] = itemOf(row);
     }
     places.pop_back();
     found.ends = std::move(places);

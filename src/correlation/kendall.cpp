@@ -43,10 +43,14 @@ TieSums tieSums(const RankedColumn& column, const RankedColumn& other, std::span
     }
     for (std::uint32_t g = 0; g < column.nGroups; ++g) {
         const auto rows = column.rowsOf(g);
+        if (rows.size() == 1 && weights.empty()) {
+            sums.nGroups += std::size_t{other.has(rows[0])};
+            continue;
+        }
         double weight = isPlain ? static_cast<double>(rows.size()) : 0.0;
         bool isUsed = isPlain;
         for (std::size_t k = 0; !isPlain && k < rows.size(); ++k) {
-            if (other.group[rows[k]] == kNoGroup) continue;
+            if (!other.has(rows[k])) continue;
             weight += weights.empty() ? 1.0 : weights[rows[k]];
             isUsed = true;
         }
@@ -106,8 +110,7 @@ double normalPValue(double score, double variance, const KendallOptions& options
 
 std::int64_t countCommon(const RankedColumn& x, const RankedColumn& y) {
     if (x.isComplete()) return std::ssize(y.order);
-    return std::count_if(y.order.begin(), y.order.end(),
-                         [&](std::uint32_t row) { return x.group[row] != kNoGroup; });
+    return std::count_if(y.order.begin(), y.order.end(), [&](std::uint32_t row) { return x.has(row); });
 }
 
 std::vector<std::size_t> commonRows(const RankedColumn& x, const RankedColumn& y) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "numcore/markers.hpp"
 
@@ -51,5 +52,8 @@ struct Coefficient {
 
 /// True when all present values are equal; with none too.
 bool isConstant(std::span<const double> values);
+
+/// A bit a cell, 1 where it is present.
+std::vector<std::uint64_t> presenceBits(std::span<const double> cells);
 
 }  // namespace numcore::correlation

@@ -101,6 +101,14 @@ bool isConstant(std::span<const double> values) {
     return std::all_of(first, values.end(), [&](double v) { return v == *first || vmcore::IsMissingValue(v); });
 }
 
+std::vector<std::uint64_t> presenceBits(std::span<const double> cells) {
+    std::vector<std::uint64_t> bits((cells.size() + 63) / 64);
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        bits[i / 64] |= std::uint64_t{cells[i] != kMissing} << (i % 64);
+    }
+    return bits;
+}
+
 }  // namespace numcore::correlation
 
 void PVal_Pearson(std::int32_t alternative, double r, std::int32_t n, double* pvalue, double* t) {

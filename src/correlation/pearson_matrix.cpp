@@ -43,14 +43,6 @@ double sumOf(std::span<const double> weights, std::size_t n) {
     return weights.empty() ? static_cast<double>(n) : vmcore::V_Sum2(weights);
 }
 
-std::vector<std::uint64_t> presenceBits(std::span<const double> cells) {
-    std::vector<std::uint64_t> bits((cells.size() + 63) / 64);
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        bits[i / 64] |= std::uint64_t{cells[i] != kMissing} << (i % 64);
-    }
-    return bits;
-}
-
 std::int64_t countBoth(const Profile& x, const Profile& y) {
     std::int64_t n = 0;
     for (std::size_t i = 0; i < x.present.size(); ++i) n += std::popcount(x.present[i] & y.present[i]);

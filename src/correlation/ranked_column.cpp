@@ -9,6 +9,7 @@
 #include <cmath>
 #include <utility>
 
+#include "correlation/observations.hpp"
 #include "numcore/markers.hpp"
 
 namespace numcore::correlation {
@@ -90,6 +91,7 @@ RankedColumn rankColumn(std::span<const double> cells, RankingSpace& space) {
     sortEqualHalves(items, cells);
 
     RankedColumn column;
+    if (items.size() < cells.size()) column.present = presenceBits(cells);
     column.group.assign(cells.size(), kNoGroup);
     column.order.resize(items.size());
     column.starts.reserve(items.size() + 1);
@@ -111,7 +113,7 @@ RankedColumn rankColumn(std::span<const double> cells, RankingSpace& space) {
 MidRanks midRanks(const RankedColumn& column, const RankedColumn* other, std::span<const double> weights) {
     MidRanks result;
     result.ranks.resize(column.group.size());
-    const auto isUsed = [&](std::uint32_t row) { return other == nullptr || other->group[row] != kNoGroup; };
+    const auto isUsed = [&](std::uint32_t row) { return other == nullptr || other->has(row); };
     for (std::uint32_t g = 0; g < column.nGroups; ++g) {
         const auto rows = column.rowsOf(g);
         double t = 0.0;

@@ -12,10 +12,12 @@ inline constexpr std::uint32_t kNoGroup = 0xFFFFFFFFU;
 struct RankedColumn {
     std::vector<std::uint32_t> order;  ///< rows that are present, ascending by value, NaN last
     std::vector<std::uint32_t> group;  ///< a row's place among the distinct values; kNoGroup when it is missing
-    std::vector<std::uint32_t> starts;  ///< where each distinct value begins in the order, and the end of it
+    std::vector<std::uint64_t> present;  ///< a bit a row; empty when all are
+    std::vector<std::uint32_t> starts;   ///< where each distinct value begins in the order, and the end of it
     std::uint32_t nGroups = 0;
 
     bool isComplete() const { return order.size() == group.size(); }
+    bool has(std::size_t row) const { return present.empty() || (present[row / 64] >> (row % 64) & 1) != 0; }
     bool hasTies() const { return nGroups < order.size(); }
     std::span<const std::uint32_t> rowsOf(std::uint32_t g) const {
         return std::span(order).subspan(starts[g], starts[g + 1] - starts[g]);
