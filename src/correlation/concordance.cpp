@@ -45,15 +45,15 @@ std::int64_t countWeight(std::span<const double> weights, std::uint32_t row) {
 /// Pairs of observations that are equal in a column, of those where the other one is present too.
 Runs tiedPairs(const RankedColumn& column, const RankedColumn& other, std::span<const double> weights) {
     Runs tied;
-    for (std::uint32_t g = 0; column.hasTies() && g < column.nGroups; ++g) {
-        const auto rows = column.rowsOf(g);
-        if (rows.size() < 2) continue;
+    if (!column.hasTies()) return tied;
+    forEachGroup(column, [&](std::span<const std::uint32_t> rows) {
+        if (rows.size() < 2) return;
         Run run;
         for (const std::uint32_t row : rows) {
             if (other.has(row)) run.add(countWeight(weights, row));
         }
         run.addTo(tied);
-    }
+    });
     return tied;
 }
 
@@ -70,19 +70,18 @@ Ordered<Item> orderedByRuns(const RankedColumn& x, const RankedColumn& y, ItemOf
     Ordered<Item> found;
     found.items.reserve(x.order.size());
     if (x.hasTies()) found.ends.reserve(x.nGroups);
-    for (std::uint32_t g = 0; g < x.nGroups; ++g) {
-        const auto rows = x.rowsOf(g);
+    forEachGroup(x, [&](std::span<const std::uint32_t> rows) {
+        const auto first = std::ssize(found.items);
         for (const std::uint32_t row : rows) {
             if (y.has(row)) found.items.push_back(itemOf(row));
         }
-        if (!x.hasTies()) continue;
-        const auto first = found.ends.empty() ? 0 : static_cast<std::ptrdiff_t>(found.ends.back());
+        if (!x.hasTies()) return;
         if (rows.size() > 1) {
             std::sort(found.items.begin() + first, found.items.end(),
                       [](const Item& a, const Item& b) { return yOf(a) < yOf(b); });
         }
         found.ends.push_back(found.items.size());
-    }
+    });
     return found;
 }
 

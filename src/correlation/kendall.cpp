@@ -41,11 +41,10 @@ TieSums tieSums(const RankedColumn& column, const RankedColumn& other, std::span
         sums.nGroups = column.nGroups;
         return sums;
     }
-    for (std::uint32_t g = 0; g < column.nGroups; ++g) {
-        const auto rows = column.rowsOf(g);
+    forEachGroup(column, [&](std::span<const std::uint32_t> rows) {
         if (rows.size() == 1 && weights.empty()) {
             sums.nGroups += std::size_t{other.has(rows[0])};
-            continue;
+            return;
         }
         double weight = isPlain ? static_cast<double>(rows.size()) : 0.0;
         bool isUsed = isPlain;
@@ -54,12 +53,12 @@ TieSums tieSums(const RankedColumn& column, const RankedColumn& other, std::span
             weight += weights.empty() ? 1.0 : weights[rows[k]];
             isUsed = true;
         }
-        sums.nGroups += isUsed ? 1 : 0;
+        sums.nGroups += std::size_t{isUsed};
         const double t = wholePart(weight);
         sums.forVariance += t * (t - 1.0) * (2.0 * t + 5.0);
         sums.pairs += t * (t - 1.0);
         sums.triples += t * (t - 1.0) * (t - 2.0);
-    }
+    });
     return sums;
 }
 

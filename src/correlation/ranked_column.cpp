@@ -94,19 +94,18 @@ RankedColumn rankColumn(std::span<const double> cells, RankingSpace& space) {
     if (items.size() < cells.size()) column.present = presenceBits(cells);
     column.group.assign(cells.size(), kNoGroup);
     column.order.resize(items.size());
-    column.starts.reserve(items.size() + 1);
+    column.firsts.resize((items.size() + 63) / 64);
     for (std::size_t k = 0; k < items.size(); ++k) {
         const std::uint32_t row = rowOf(items[k]);
         const bool isEqual = k > 0 && haveSameUpperHalf(items[k], items[k - 1]) &&
                              keyOf(cells[row]) == keyOf(cells[rowOf(items[k - 1])]);
         if (!isEqual) {
-            column.starts.push_back(static_cast<std::uint32_t>(k));
+            column.firsts[k / 64] |= std::uint64_t{1} << (k % 64);
             ++column.nGroups;
         }
         column.order[k] = row;
         column.group[row] = column.nGroups - 1;
     }
-    column.starts.push_back(static_cast<std::uint32_t>(items.size()));
     return column;
 }
 
@@ -114,8 +113,7 @@ MidRanks midRanks(const RankedColumn& column, const RankedColumn* other, std::sp
     MidRanks result;
     result.ranks.resize(column.group.size());
     const auto isUsed = [&](std::uint32_t row) { return other == nullptr || other->has(row); };
-    for (std::uint32_t g = 0; g < column.nGroups; ++g) {
-        const auto rows = column.rowsOf(g);
+    forEachGroup(column, [&](std::span<const std::uint32_t> rows) {
         double t = 0.0;
         for (const std::uint32_t row : rows) {
             if (isUsed(row)) t += weights.empty() ? 1.0 : weights[row];
@@ -123,10 +121,10 @@ MidRanks midRanks(const RankedColumn& column, const RankedColumn* other, std::sp
         const double rank = result.weight + (t + 1.0) / 2.0;
         for (const std::uint32_t row : rows) result.ranks[row] = rank;
         result.weight += t;
-        if (!(t > 0.0)) continue;
+        if (!(t > 0.0)) return;
         result.ties.cubes += t * t * t - t;
         ++result.ties.nGroups;
-    }
+    });
     return result;
 }
 

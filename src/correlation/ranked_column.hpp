@@ -13,16 +13,24 @@ struct RankedColumn {
     std::vector<std::uint32_t> order;  ///< rows that are present, ascending by value, NaN last
     std::vector<std::uint32_t> group;  ///< a row's place among the distinct values; kNoGroup when it is missing
     std::vector<std::uint64_t> present;  ///< a bit a row; empty when all are
-    std::vector<std::uint32_t> starts;   ///< where each distinct value begins in the order, and the end of it
+    std::vector<std::uint64_t> firsts;   ///< a bit a place in the order: 1 where another value begins
     std::uint32_t nGroups = 0;
 
     bool isComplete() const { return order.size() == group.size(); }
     bool has(std::size_t row) const { return present.empty() || (present[row / 64] >> (row % 64) & 1) != 0; }
     bool hasTies() const { return nGroups < order.size(); }
-    std::span<const std::uint32_t> rowsOf(std::uint32_t g) const {
-        return std::span(order).subspan(starts[g], starts[g + 1] - starts[g]);
-    }
+    bool isFirst(std::size_t place) const { return (firsts[place / 64] >> (place % 64) & 1) != 0; }
 };
+
+/// Calls use(rows) for the rows of each distinct value, ascending by value.
+template <class Use>
+void forEachGroup(const RankedColumn& column, Use use) {
+    const std::span<const std::uint32_t> order(column.order);
+    for (std::size_t first = 0, end = 0; first < order.size(); first = end) {
+        for (++end; end < order.size() && !column.isFirst(end);) ++end;
+        use(order.subspan(first, end - first));
+    }
+}
 
 /// Room that the ranking of a column takes, to be used again for the next one.
 struct RankingSpace {

@@ -81,6 +81,9 @@ GradedSample gradedSample(std::span<const double> x, std::span<const double> gra
     const auto categories = categoriesOf(grades, use);
     sample.nCategories = static_cast<std::int32_t>(categories.size());
     if (!isScale(categories.size())) return sample;
+    sample.x.reserve(x.size());
+    sample.category.reserve(x.size());
+    sample.weights.reserve(x.size());
     for (std::size_t i = 0; i < x.size(); ++i) {
         if (!use[i]) continue;
         sample.x.push_back(x[i]);
