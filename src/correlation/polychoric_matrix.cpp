@@ -1,12 +1,12 @@
 #include "correlation/polychoric_matrix.hpp"
 
 #include <algorithm>
-#include <limits>
 
 #include "correlation/association/ordinal_table.hpp"
 #include "correlation/association/polychoric.hpp"
 #include "numcore/special.h"
 #include "suite/parallel.hpp"
+#include "suite/vmcore.hpp"
 
 namespace numcore::correlation {
 namespace {
@@ -22,7 +22,8 @@ double waldPValue(double rho, double standardError, std::int32_t alternative) {
 std::int64_t countPairs(std::span<const double> x, std::span<const double> y, const Rows& rows) {
     std::int64_t n = 0;
     forEachPair(x, y, rows, [&](std::size_t i) {
-        if (rows.weight(i) > std::numeric_limits<double>::epsilon()) ++n;
+        const bool isGraded = association::isCategory(x[i]) && association::isCategory(y[i]);
+        if (isGraded && rows.weight(i) > vmcore::kWeightEpsilon) ++n;
     });
     return n;
 }

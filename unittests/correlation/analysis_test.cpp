@@ -173,6 +173,11 @@ TEST(CorrelationAnalysis, PolychoricOfOrderedCategories) {
     ASSERT_EQ(run(first, param, expectedOnes), NUMCORE_COR_DONE);
     EXPECT_EQ(shorter.coefficients.at(0, 1), expectedOnes.coefficients.at(0, 1));
     EXPECT_EQ(shorter.nPairs.at(0, 1), 75);
+
+    data.numeric1->column(0)[7] = std::nan("");
+    cCOR_Results withNaN;
+    ASSERT_EQ(run(data, param, withNaN), NUMCORE_COR_DONE);
+    EXPECT_EQ(withNaN.nPairs.at(0, 1), 74) << "NaN is no category";
 }
 
 TEST(CorrelationAnalysis, ParametersThatItCannotUse) {
