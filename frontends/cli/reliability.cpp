@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <span>
 #include <string>
 #include <utility>
@@ -127,7 +128,11 @@ void addScale(const Scale& scale, const std::string& group, Tables& tables, Repo
             cells.push_back(cellOf(value));
         }
         tables.rowsOfItem[j].push_back(std::move(cells));
-        if (scale.nRows > 1 && moments[j].deviation == 0.0) {
+        if (std::ranges::any_of(scale.item(j), [](double value) { return std::isinf(value); })) {
+            report.notes.push_back(
+                fmt::format("{} holds an infinite value{}: it has no spread, the scale no alpha",
+                            quotedForMessage(scale.names[j]), where));
+        } else if (scale.nRows > 1 && moments[j].deviation == 0.0) {
             report.notes.push_back(fmt::format("{} is constant{}", quotedForMessage(scale.names[j]), where));
         } else if (correlation != NUMCORE_MISSING && correlation < 0.0) {
             report.notes.push_back(

@@ -59,6 +59,9 @@ TEST(Alpha, LeavesOutIncompleteRows) {
     const Report none = reliabilityOf(empty.path(), "1,2");
     EXPECT_EQ(none.rows.used, 0U);
     EXPECT_EQ(none.tables.at(0).rows.at(0).at(2), Cell());
+    const TemporaryFile endless("a,b\n1,2\n2,Inf\n3,5\n");
+    EXPECT_EQ(reliabilityOf(endless.path(), "1,2").notes,
+              std::vector<std::string>{"'b' holds an infinite value: it has no spread, the scale no alpha"});
 }
 
 }  // namespace
