@@ -114,8 +114,8 @@ std::int64_t countCommon(const RankedColumn& x, const RankedColumn& y) {
 
 std::vector<std::size_t> commonRows(const RankedColumn& x, const RankedColumn& y) {
     std::vector<std::size_t> rows;
-    for (std::size_t i = 0; i < x.group.size(); ++i) {
-        if (x.group[i] != kNoGroup && y.group[i] != kNoGroup) rows.push_back(i);
+    for (std::size_t i = 0; i < x.nRows; ++i) {
+        if (x.has(i) && y.has(i)) rows.push_back(i);
     }
     return rows;
 }
@@ -153,6 +153,7 @@ bool listNear(std::span<const double> sorted, const std::vector<std::uint32_t>& 
 
 KendallColumn kendallColumn(std::span<const double> cells, RankingSpace& space) {
     KendallColumn column{cells, rankColumn(cells, space), std::numeric_limits<double>::infinity(), {}, false};
+    placeGroups(column.ranked);
     const auto& order = column.ranked.order;
     std::vector<double>& sorted = space.sorted;
     sorted.resize(order.size());
@@ -178,7 +179,7 @@ KendallOptions kendallOptions(std::int32_t alternative, std::int16_t law) {
 
 std::vector<KendallColumn> kendallColumns(const SelectedColumns& columns) {
     std::vector<KendallColumn> found(columns.size());
-    const bool isLarge = columns.size() * columns.nRows() > kParallelFrom;
+    const bool isLarge = columns.size() * columns.nRows() > kKendallParallelFrom;
     parallelForWith<RankingSpace>(std::ssize(found), isLarge, [&](std::int64_t i, RankingSpace& space) {
         const auto c = static_cast<std::size_t>(i);
         found[c] = kendallColumn(columns[c], space);

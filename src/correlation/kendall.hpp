@@ -11,6 +11,8 @@
 
 namespace numcore::correlation {
 
+inline constexpr std::size_t kKendallParallelFrom = 4096;  ///< cells
+
 struct KendallOptions {
     std::int32_t alternative = kTwoSided;
     bool exact = false;  ///< where it applies

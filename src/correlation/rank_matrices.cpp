@@ -8,7 +8,6 @@
 namespace numcore::correlation {
 namespace {
 
-constexpr std::size_t kKendallParallelFrom = 4096;  // cells
 constexpr std::size_t kRowsSharedWithin = 4096;
 
 /// What a column needs once for all its pairs: ranks around their mean when it is complete; its order when

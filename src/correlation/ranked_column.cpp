@@ -92,7 +92,7 @@ RankedColumn rankColumn(std::span<const double> cells, RankingSpace& space) {
 
     RankedColumn column;
     if (items.size() < cells.size()) column.present = presenceBits(cells);
-    column.group.assign(cells.size(), kNoGroup);
+    column.nRows = cells.size();
     column.order.resize(items.size());
     column.firsts.resize((items.size() + 63) / 64);
     for (std::size_t k = 0; k < items.size(); ++k) {
@@ -104,14 +104,22 @@ RankedColumn rankColumn(std::span<const double> cells, RankingSpace& space) {
             ++column.nGroups;
         }
         column.order[k] = row;
-        column.group[row] = column.nGroups - 1;
     }
     return column;
 }
 
+void placeGroups(RankedColumn& column) {
+    column.group.assign(column.nRows, 0);
+    std::uint32_t group = 0;
+    forEachGroup(column, [&](std::span<const std::uint32_t> rows) {
+        for (const std::uint32_t row : rows) column.group[row] = group;
+        ++group;
+    });
+}
+
 MidRanks midRanks(const RankedColumn& column, const RankedColumn* other, std::span<const double> weights) {
     MidRanks result;
-    result.ranks.resize(column.group.size());
+    result.ranks.resize(column.nRows);
     const auto isUsed = [&](std::uint32_t row) { return other == nullptr || other->has(row); };
     forEachGroup(column, [&](std::span<const std::uint32_t> rows) {
         double t = 0.0;

@@ -7,16 +7,15 @@
 
 namespace numcore::correlation {
 
-inline constexpr std::uint32_t kNoGroup = 0xFFFFFFFFU;
-
 struct RankedColumn {
-    std::vector<std::uint32_t> order;  ///< rows that are present, ascending by value, NaN last
-    std::vector<std::uint32_t> group;  ///< a row's place among the distinct values; kNoGroup when it is missing
+    std::size_t nRows = 0;
+    std::vector<std::uint32_t> order;    ///< rows that are present, ascending by value, NaN last
     std::vector<std::uint64_t> present;  ///< a bit a row; empty when all are
     std::vector<std::uint64_t> firsts;   ///< a bit a place in the order: 1 where another value begins
     std::uint32_t nGroups = 0;
+    std::vector<std::uint32_t> group;  ///< from placeGroups: where a row that is present is among these
 
-    bool isComplete() const { return order.size() == group.size(); }
+    bool isComplete() const { return order.size() == nRows; }
     bool has(std::size_t row) const { return present.empty() || (present[row / 64] >> (row % 64) & 1) != 0; }
     bool hasTies() const { return nGroups < order.size(); }
     bool isFirst(std::size_t place) const { return (firsts[place / 64] >> (place % 64) & 1) != 0; }
@@ -41,6 +40,9 @@ struct RankingSpace {
 
 /// Equal values share a group, all NaN too; equal rows keep their order.
 RankedColumn rankColumn(std::span<const double> cells, RankingSpace& space);
+
+/// Tells each row its group.
+void placeGroups(RankedColumn& column);
 
 /// The groups of equal values that have weight.
 struct Ties {

@@ -40,8 +40,8 @@ SpearmanCoefficient spearmanOfColumns(const RankedColumn& x, const RankedColumn&
     const MidRanks ranksY = midRanks(y, &x, weights);
     std::int64_t nPairs = 0;
     double differences = 0.0;
-    for (std::size_t i = 0; i < x.group.size(); ++i) {
-        if (x.group[i] == kNoGroup || y.group[i] == kNoGroup) continue;
+    for (std::size_t i = 0; i < x.nRows; ++i) {
+        if (!x.has(i) || !y.has(i)) continue;
         const double difference = ranksX.ranks[i] - ranksY.ranks[i];
         differences += (weights.empty() ? 1.0 : weights[i]) * difference * difference;
         nPairs += 1;
