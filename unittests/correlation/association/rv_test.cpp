@@ -84,8 +84,8 @@ TEST(RvCoefficient, SkipsIncompleteRowsAndRefusesBadInput) {
     // The mean of 20 times 0.1 is not 0.1: a constant set still has no spread, and a constant variable adds
     // none.
     std::vector<double> tenths(20, 0.1);
-    std::vector<double> wave;
-    for (int i = 0; i < 40; ++i) wave.push_back(std::sin(i * i));
+    std::vector<double> wave(40);
+    for (std::size_t i = 0; i < wave.size(); ++i) wave[i] = std::sin(static_cast<double>(i * i));
     EXPECT_EQ(ComputeRV(tenths.data(), 20, 1, wave.data(), 2), NUMCORE_MISSING);
     const ST_RVOptions standardized{0, 0, NUMCORE_TRUE, NUMCORE_TRUE, 0};
     const double alone =
