@@ -226,9 +226,10 @@ void addResultsTable(const std::vector<TestedComparison>& tested, const TestKind
         std::vector<Cell> row;
         row.reserve(table.columns.size());
         appendKeys(entry.comparison, kind, withVariable, forMachines, row);
-        TestedComparison shown = entry;
-        if (forMachines && isBelowBound(entry)) shown.outcome.pValue = kFinestP;
-        for (const ResultColumn& column : columns) row.push_back(column.cell(shown, kind));
+        for (const ResultColumn& column : columns) {
+            const bool atBound = forMachines && column.column.id == "p" && isBelowBound(entry);
+            row.push_back(atBound ? Cell(kFinestP) : column.cell(entry, kind));
+        }
         if (bounded) row.emplace_back(std::int64_t{isBelowBound(entry)});
         if (forMachines) row.emplace_back(methodOf(entry.outcome));
         if (forMachines && resampled) appendResampleCells(entry.outcome, row);
